@@ -1,0 +1,68 @@
+"""tvgen: turns the catalogue into the library's generated sources.
+
+    python3 tools/generate.py --catalogue catalogue --out build/generated [--list]
+
+--list prints the files that would be written (the build system reads it at
+configure time). Files whose content has not changed are left untouched, so
+an edit of one group recompiles only what depends on it.
+"""
+
+import argparse
+import sys
+from pathlib import Path
+
+from . import catalogue as cat_mod
+from . import emit_exports, emit_header, emit_probes, emit_sweep, emit_tvapi
+
+GROUPS = ["application", "drawing", "model", "reports", "ui"]
+
+
+def outputs(cat):
+    """Map of relative output path -> function producing its text."""
+    files = {
+        "include/tvAPIC.h": lambda: emit_header.emit(cat),
+        "include/tvapi/declarations.h": lambda: emit_tvapi.emit_declarations(cat),
+        "probe/probe_faces.h": lambda: emit_probes.emit_declarations(cat),
+    }
+    for group in cat.groups:
+        files[f"include/tvapi/{group}.h"] = lambda g=group: emit_tvapi.emit_group(cat, g)
+        for n, part in enumerate(emit_exports.chunks(cat, group)):
+            files[f"api/{group}_{n}.cpp"] = lambda g=group, p=part: emit_exports.emit_chunk(cat, g, p)
+            files[f"probe/{group}_{n}.cpp"] = lambda g=group, p=part: emit_probes.emit_chunk(cat, g, p)
+            files[f"sweep/{group}_{n}.cpp"] = lambda g=group, p=part, k=n: emit_sweep.emit_chunk(cat, g, p, k)
+    files["probe/registry.cpp"] = lambda: emit_probes.emit_registry(cat)
+    files["sweep/cases.cpp"] = lambda: emit_sweep.emit_index(cat)
+    return files
+
+
+def write_if_changed(path, text):
+    path.parent.mkdir(parents=True, exist_ok=True)
+    if path.exists() and path.read_text(encoding="utf-8") == text:
+        return
+    path.write_text(text, encoding="utf-8")
+
+
+def main(argv=None):
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--catalogue", required=True, type=Path)
+    parser.add_argument("--out", type=Path)
+    parser.add_argument("--list", action="store_true", help="print the output files and exit")
+    args = parser.parse_args(argv)
+    try:
+        cat = cat_mod.load(args.catalogue, GROUPS)
+    except cat_mod.CatalogueError as e:
+        print(f"tvgen: {e}", file=sys.stderr)
+        return 1
+    files = outputs(cat)
+    if args.list:
+        print(";".join(sorted(files)))
+        return 0
+    if not args.out:
+        parser.error("--out is required unless --list is given")
+    for rel, make in files.items():
+        write_if_changed(args.out / rel, make())
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

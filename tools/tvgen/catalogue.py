@@ -1,0 +1,221 @@
+"""Reads the catalogue files into a checked model of interfaces and operations.
+
+The grammar is described in catalogue/README.md. Every error names the file
+and line, so a bad edit is found at build time, not in a compiler message.
+"""
+
+import re
+from dataclasses import dataclass, field
+from pathlib import Path
+
+from . import families
+
+SCALARS = ("bool", "int", "int64", "double")
+IID_RE = re.compile(r"^[0-9a-fA-F]{8}-[0-9a-fA-F]{4}-[0-9a-fA-F]{4}-[0-9a-fA-F]{4}-[0-9a-fA-F]{12}$")
+NAME_RE = re.compile(r"^[A-Za-z_][A-Za-z0-9_]*$")
+OP_RE = re.compile(r"^  (\S+(?:<\w+>)?) (\w+)\((.*)\)\s*(?:#.*)?$")
+ENUM_RE = re.compile(r"^tv\w+Enum$")
+# Families whose caller vectors can be refilled after the host filled them.
+REFILLABLE = {"BoolVector", "Int32Vector", "EnumVector", "ColorVector", "Uint32Vector", "FloatVector",
+              "DoubleVector", "NumericIdVector", "StringVector", "ObjectReferenceVector"}
+INTERFACE_RE = re.compile(r"^I[A-Z0-9]\w*$")
+
+
+class CatalogueError(Exception):
+    pass
+
+
+@dataclass(frozen=True)
+class Type:
+    """One parameter or result type of a host operation.
+
+    kind is one of: void, bool, int, int64, double, enum, text, object,
+    vector, value. `name` is the enum, interface, family or value name;
+    `element` the element interface of an object vector.
+    """
+    kind: str
+    name: str = ""
+    element: str = ""
+
+    def __str__(self):
+        if self.kind == "vector" and self.element:
+            return f"{self.name}<{self.element}>"
+        return self.name or self.kind
+
+    @property
+    def is_scalar(self):
+        return self.kind in SCALARS or self.kind == "enum"
+
+
+@dataclass(frozen=True)
+class Param:
+    type: Type
+    name: str
+    mode: str = ""  # "", "out" or "inout"
+
+
+@dataclass
+class Operation:
+    interface: "Interface"
+    name: str
+    result: Type
+    params: list
+    line: int
+
+    @property
+    def export(self):
+        return f"{self.interface.name}_{self.name}"
+
+
+@dataclass
+class Interface:
+    name: str
+    iid: str | None          # None for rooted interfaces
+    root: str | None         # "application", "service" or None
+    group: str
+    ops: list = field(default_factory=list)
+
+
+@dataclass
+class Catalogue:
+    groups: list                      # group names in file order
+    interfaces: dict                  # name -> Interface, in declaration order
+
+    def ops(self, group=None):
+        for i in self.interfaces.values():
+            if group is None or i.group == group:
+                yield from i.ops
+
+    def enums(self):
+        found = set()
+        for op in self.ops():
+            for t in [op.result] + [p.type for p in op.params]:
+                if t.kind == "enum":
+                    found.add(t.name)
+        return sorted(found)
+
+    def referenced_interfaces(self, group):
+        """Interfaces named by the signatures of a group, its own included."""
+        names = {i.name for i in self.interfaces.values() if i.group == group}
+        for op in self.ops(group):
+            for t in [op.result] + [p.type for p in op.params]:
+                if t.kind == "object":
+                    names.add(t.name)
+                elif t.element:
+                    names.add(t.element)
+        names.discard("IAPIObject")
+        return names
+
+
+def parse_type(text, where):
+    m = re.fullmatch(r"(\w+)<(\w+)>", text)
+    if m:
+        fam, elem = m.groups()
+        if fam not in families.OBJECT_FAMILIES:
+            raise CatalogueError(f"{where}: only object vectors take an element interface: {text}")
+        if not INTERFACE_RE.match(elem):
+            raise CatalogueError(f"{where}: bad element interface {elem!r}")
+        return Type("vector", fam, elem)
+    if text == "void":
+        return Type("void")
+    if text in SCALARS:
+        return Type(text)
+    if text == "text":
+        return Type("text")
+    if ENUM_RE.match(text):
+        return Type("enum", text)
+    if text in families.OBJECT_FAMILIES:
+        raise CatalogueError(f"{where}: {text} needs its element interface, e.g. {text}<IModelObject>")
+    if text in families.SIGNATURE_FAMILIES:
+        return Type("vector", text)
+    if text in families.BY_NAME:
+        raise CatalogueError(f"{where}: {text} has no host converter and cannot appear in a signature")
+    if text in families.VALUES:
+        return Type("value", text)
+    if INTERFACE_RE.match(text):
+        return Type("object", text)
+    raise CatalogueError(f"{where}: unknown type {text!r}")
+
+
+def parse_param(text, where):
+    words = text.split()
+    mode = ""
+    if words and words[0] in ("out", "inout"):
+        mode, words = words[0], words[1:]
+    if len(words) != 2 or not NAME_RE.match(words[1]):
+        raise CatalogueError(f"{where}: parameter must be '[out|inout] type name': {text!r}")
+    t = parse_type(words[0], where)
+    if mode == "out" and not (t.is_scalar or t.kind == "object"):
+        raise CatalogueError(f"{where}: 'out' applies to scalars and objects, not {t}")
+    if mode == "inout" and (t.kind != "vector" or t.name not in REFILLABLE):
+        raise CatalogueError(f"{where}: 'inout' applies to vectors the host can refill, not {t}")
+    if t.kind == "void":
+        raise CatalogueError(f"{where}: a parameter cannot be void")
+    return Param(t, words[1], mode)
+
+
+def split_params(text):
+    return [p.strip() for p in text.split(",")] if text.strip() else []
+
+
+def parse_file(path, group, interfaces):
+    current = None
+    for number, raw in enumerate(Path(path).read_text(encoding="utf-8").splitlines(), 1):
+        where = f"{path}:{number}"
+        line = raw.rstrip()
+        if not line.strip() or line.lstrip().startswith("#"):
+            continue
+        if line.startswith("interface "):
+            current = parse_interface(line, where, group)
+            if current.name in interfaces:
+                raise CatalogueError(f"{where}: interface {current.name} declared twice")
+            interfaces[current.name] = current
+            continue
+        m = OP_RE.match(line)
+        if not m:
+            raise CatalogueError(f"{where}: expected an interface line or '  result Name(params)': {line!r}")
+        if current is None:
+            raise CatalogueError(f"{where}: operation outside an interface")
+        result_text, name, params_text = m.groups()
+        result = parse_type(result_text, where)
+        params = [parse_param(p, where) for p in split_params(params_text)]
+        if any(op.name == name for op in current.ops):
+            raise CatalogueError(f"{where}: {current.name}.{name} declared twice")
+        if len({p.name for p in params}) != len(params):
+            raise CatalogueError(f"{where}: repeated parameter name")
+        current.ops.append(Operation(current, name, result, params, number))
+
+
+def parse_interface(line, where, group):
+    words = line.split()
+    if len(words) == 3 and IID_RE.match(words[2]):
+        name, iid, root = words[1], words[2], None
+    elif len(words) == 4 and words[2] == "rooted" and words[3] in ("application", "service"):
+        name, iid, root = words[1], None, words[3]
+    else:
+        raise CatalogueError(f"{where}: expected 'interface Name IID' or 'interface Name rooted application|service'")
+    if not INTERFACE_RE.match(name):
+        raise CatalogueError(f"{where}: interface names start with I and a capital: {name!r}")
+    return Interface(name, iid, root, group)
+
+
+def load(directory, group_names):
+    interfaces = {}
+    for group in group_names:
+        path = Path(directory) / f"{group}.api"
+        if path.exists():
+            parse_file(path, group, interfaces)
+    cat = Catalogue(list(group_names), interfaces)
+    check_references(cat)
+    return cat
+
+
+def check_references(cat):
+    for op in cat.ops():
+        for t in [op.result] + [p.type for p in op.params]:
+            name = t.element or (t.name if t.kind == "object" else None)
+            if name and name != "IAPIObject" and name not in cat.interfaces:
+                raise CatalogueError(
+                    f"{op.interface.name}.{op.name}: interface {name} is not declared in any catalogue file")
+            if name and name in cat.interfaces and cat.interfaces[name].root:
+                raise CatalogueError(f"{op.interface.name}.{op.name}: rooted interface {name} cannot be passed")

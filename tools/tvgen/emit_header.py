@@ -1,0 +1,85 @@
+"""Emits tvAPIC.h, the public C header: types, vector families, every export."""
+
+from . import families
+from .ctypes_map import c_signature
+
+PREAMBLE = """\
+/* tvAPIC: flat C access to the host application's object API.
+ * Generated from the catalogue; do not edit.
+ *
+ * Ownership: a handle passed in stays the caller's; a handle returned carries
+ * one reference, given back with IAPIObject_Release. Returned text is freed
+ * with the C runtime's free; returned vectors with their family's _Delete.
+ */
+#ifndef TVAPIC_H
+#define TVAPIC_H
+
+#include <stddef.h>
+#include <stdint.h>
+#ifndef __cplusplus
+#include <stdbool.h>
+#endif
+
+#if defined(_WIN32)
+#  if defined(TVAPIC_BUILDING)
+#    define TVAPIC_API __declspec(dllexport)
+#  else
+#    define TVAPIC_API __declspec(dllimport)
+#  endif
+#elif defined(__GNUC__)
+#  define TVAPIC_API __attribute__((visibility("default")))
+#else
+#  define TVAPIC_API
+#endif
+
+/* One UTF-16 text unit. */
+#if defined(_WIN32)
+typedef wchar_t tvWChar;
+#elif defined(__cplusplus)
+typedef char16_t tvWChar;
+#else
+typedef uint_least16_t tvWChar;
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Value handles: library-owned blocks holding one host value. */
+typedef struct PropertyValue_t PropertyValue_t;
+typedef struct AttributeValue_t AttributeValue_t;
+typedef struct StorageValue_t StorageValue_t;
+
+/* C vectors: `size` elements in one block at `data`. */
+"""
+
+POSTAMBLE = """
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* TVAPIC_H */
+"""
+
+
+def emit(cat):
+    out = [PREAMBLE]
+    for fam in families.FAMILIES:
+        out.append(f"typedef struct {fam.c_type} {{ uint64_t size; {fam.element}* data; }} {fam.c_type};\n")
+    out.append("\n/* Handle base. */\n")
+    out.append("TVAPIC_API int IAPIObject_AddRef(void* handle);\n")
+    out.append("TVAPIC_API int IAPIObject_Release(void* handle);\n")
+    out.append("TVAPIC_API bool IAPIObject_IsSameObjects(void* first, void* second);\n")
+    out.append("\n/* Vectors and values. */\n")
+    for result, name, params in families.container_prototypes():
+        out.append(f"TVAPIC_API {result} {name}({params});\n")
+    for group in cat.groups:
+        ops = list(cat.ops(group))
+        if not ops:
+            continue
+        out.append(f"\n/* Group: {group}. */\n")
+        for op in ops:
+            result, params = c_signature(op)
+            out.append(f"TVAPIC_API {result} {op.export}({params});\n")
+    out.append(POSTAMBLE)
+    return "".join(out)
