@@ -41,3 +41,11 @@ function(tvapic_generated_files out prefix)
   endforeach()
   set(${out} ${_files} PARENT_SCOPE)
 endfunction()
+
+# Generated test support (probe faces, sweep cases) is large and runs once per
+# test: it compiles without optimisation, which is several times faster.
+function(tvapic_unoptimised)
+  if(NOT MSVC)
+    set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS "-O0;-g0")
+  endif()
+endfunction()

@@ -22,6 +22,18 @@ std::string Join(const std::vector<std::string>& items) {
     return out;
 }
 
+std::vector<std::string> Split(const std::string& names) {
+    std::vector<std::string> out;
+    std::size_t start = 0;
+    while (start < names.size()) {
+        std::size_t end = names.find(',', start);
+        if (end == std::string::npos) end = names.size();
+        out.push_back(names.substr(start, end - start));
+        start = end + 1;
+    }
+    return out;
+}
+
 void Install(const Case& c, tvprobe::Object* target) {
     void* face = target ? target->Face(c.interface) : nullptr;
     if (std::strcmp(c.interface, "IApplication") == 0) {
@@ -132,7 +144,7 @@ std::vector<std::string> RunAll(const std::vector<Case>& cases, std::size_t& cov
         if (!c.rooted) modes = {Mode::NullHandle, Mode::Unrelated, Mode::Probe};
         for (Mode mode : modes) {
             auto* target = tvprobe::Object::Create(std::vector<std::string>{c.interface});
-            auto* result = tvprobe::Object::Create(c.result_interfaces);
+            auto* result = tvprobe::Object::Create(Split(c.answering));
             target->answers.object = result;
             if (c.rooted) Install(c, target);
             {

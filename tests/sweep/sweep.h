@@ -12,7 +12,6 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <functional>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -25,13 +24,13 @@ namespace sweep {
 enum class Mode { NullHandle, Unrelated, Probe };
 
 class Pass;
-using CaseBody = std::function<void(Pass&)>;
+using CaseBody = void (*)(Pass&);
 
 struct Case {
     const char* interface;
     const char* operation;
     bool rooted;
-    std::vector<std::string> result_interfaces;  // what the answering object implements
+    const char* answering;                       // interfaces the answering object implements, comma-separated
     const char* result_interface;                // the object result's interface, or ""
     CaseBody body;
 };

@@ -315,17 +315,4 @@ TEST(RefillTest, NullVectorDropsTheResult) {
     EXPECT_EQ(shape.refs, 1);
 }
 
-TEST(RefillTest, ObjectFillWritesIntoAFreshHeader) {
-    Shape shape;
-    {
-        auto* v = new ObjectReferenceVector_t{0, nullptr};
-        Refill(v, Shapes{SmartPtr<IShape>(&shape)});
-        ASSERT_EQ(v->size, 1u);
-        EXPECT_EQ(v->data[0], static_cast<tvapi::IAPIObject*>(&shape));
-        static_cast<tvapi::IAPIObject*>(v->data[0])->Release();
-        ObjectReferenceVector_Delete(v);
-    }
-    EXPECT_EQ(shape.refs, 1);
-}
-
 }  // namespace

@@ -195,21 +195,4 @@ TEST(PropertyValueTest, CopiesAreIndependentAndMovesLeaveAnEmptyValue) {
     EXPECT_EQ(assigned.GetInt(), 1);
 }
 
-TEST(PropertyValueTest, AttributeAndStorageValuesCopyAndMoveTheirText) {
-    tvapi::AttributeValue attribute(W(u"attribute"));
-    tvapi::AttributeValue attribute_copy(attribute);
-    tvapi::AttributeValue attribute_moved(std::move(attribute));
-    EXPECT_EQ(attribute_copy.Text(), W(u"attribute"));
-    EXPECT_EQ(attribute_moved.Text(), W(u"attribute"));
-    EXPECT_TRUE(tvapi::AttributeValue().Text().empty());
-
-    tvapi::StorageValue storage(W(u"storage"));
-    tvapi::StorageValue storage_copy;
-    storage_copy = storage;
-    tvapi::StorageValue storage_moved;
-    storage_moved = std::move(storage);
-    EXPECT_EQ(storage_copy.Text(), W(u"storage"));
-    EXPECT_EQ(storage_moved.Text(), W(u"storage"));
-}
-
 }  // namespace

@@ -12,7 +12,7 @@ import sys
 from pathlib import Path
 
 from . import catalogue as cat_mod
-from . import emit_exports, emit_header, emit_probes, emit_sweep, emit_tvapi
+from . import emit_exports, emit_header, emit_probes, emit_sim, emit_sweep, emit_tvapi
 
 GROUPS = ["application", "drawing", "model", "reports", "ui"]
 
@@ -26,6 +26,7 @@ def outputs(cat):
     }
     for group in cat.groups:
         files[f"include/tvapi/{group}.h"] = lambda g=group: emit_tvapi.emit_group(cat, g)
+        files[f"sim/defaults_{group}.h"] = lambda g=group: emit_sim.emit_group(cat, g)
         for n, part in enumerate(emit_exports.chunks(cat, group)):
             files[f"api/{group}_{n}.cpp"] = lambda g=group, p=part: emit_exports.emit_chunk(cat, g, p)
             files[f"probe/{group}_{n}.cpp"] = lambda g=group, p=part: emit_probes.emit_chunk(cat, g, p)

@@ -4,13 +4,10 @@ A group is split into several translation units of about CHUNK operations,
 so that a large group compiles on every core and an edit recompiles one part.
 """
 
-from .ctypes_map import c_signature
+from .ctypes_map import c_param, c_signature, host_param, host_value
 from .emit_tvapi import group_dependencies
 
 CHUNK = 700
-
-ENTRY = {None: "Method", "application": "ApplicationMethod", "service": "ServiceMethod"}
-
 
 def chunks(cat, group):
     """Lists of interfaces, each list one translation unit."""
@@ -29,18 +26,44 @@ def chunks(cat, group):
 
 
 def wrapper(op):
+    """The frame spelled out: target, arguments left to right, the host call,
+    the result, write-backs. Locals are destroyed in reverse, so conversions
+    are freed before the target's reference is given back."""
     result, params = c_signature(op)
-    args = [] if op.interface.root else ["handle"]
-    args += [p.name for p in op.params]
-    entry = ENTRY[op.interface.root]
-    member = f"&tvapi::{op.interface.name}::{op.name}"
-    ret = "" if result == "void" else "return "
-    return (f"TVAPIC_API {result} {op.export}({params}) {{\n"
-            f"    {ret}{entry}<{member}, {result}>::Call({', '.join(args)});\n}}\n")
+    root = op.interface.root
+    body = []
+    if root == "application":
+        body.append("tvapi::IApplication& self = tvapi::GetTavraApplication();")
+        call_on = "self."
+    elif root == "service":
+        objects = [p.name for p in op.params if p.type.kind == "object" and not p.mode]
+        if objects:
+            body.append(f"if (!{objects[0]}) return {{}};")
+        body.append("tvapi::ITransferService& self = tvapi::GetTransferService();")
+        call_on = "self."
+    else:
+        body.append(f"Target<tvapi::{op.interface.name}> self(handle);")
+        body.append("if (!self) return {};" if result != "void" else "if (!self) return;")
+        call_on = "self->"
+    for n, p in enumerate(op.params):
+        body.append(f"Arg<{host_param(p, root)}, {c_param(p)}> a{n}({p.name});")
+    call = f"{call_on}{op.name}({', '.join(f'a{n}.host()' for n in range(len(op.params)))})"
+    finishes = [f"a{n}.finish();" for n, p in enumerate(op.params) if p.mode]
+    if result == "void":
+        body.append(f"{call};")
+        body.extend(finishes)
+    elif finishes:
+        body.append(f"{result} r = Result<{host_value(op.result)}, {result}>::From({call});")
+        body.extend(finishes)
+        body.append("return r;")
+    else:
+        body.append(f"return Result<{host_value(op.result)}, {result}>::From({call});")
+    lines = "".join(f"    {line}\n" for line in body)
+    return f"TVAPIC_API {result} {op.export}({params}) {{\n{lines}}}\n"
 
 
 def emit_chunk(cat, group, interfaces):
-    out = ["// Generated from the catalogue; do not edit.\n", '#include "frame/method.h"\n']
+    out = ["// Generated from the catalogue; do not edit.\n", '#include "frame/frame.h"\n']
     for g in group_dependencies(cat, group):
         out.append(f'#include "tvapi/{g}.h"\n')
     out.append('#include "tvAPIC.h"\n\nusing namespace tvapic::frame;\n\nextern "C" {\n')

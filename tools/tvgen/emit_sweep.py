@@ -35,11 +35,11 @@ def answering_interfaces(op):
 
 def case(op):
     rooted = "true" if op.interface.root else "false"
-    answering = ", ".join(f'"{n}"' for n in answering_interfaces(op))
+    answering = ",".join(answering_interfaces(op))
     result_interface = op.result.name if op.result.kind == "object" else ""
     check = "CheckRooted" if op.interface.root else "Check"
     args = "".join(f", {kind(p, n)}" for n, p in enumerate(op.params))
-    return (f'    cases.push_back({{"{op.interface.name}", "{op.name}", {rooted}, {{{answering}}}, "{result_interface}",\n'
+    return (f'    cases.push_back({{"{op.interface.name}", "{op.name}", {rooted}, "{answering}", "{result_interface}",\n'
             f"        [](Pass& p) {{ p.{check}(&{op.export}{args}); }}}});\n")
 
 

@@ -1,0 +1,81 @@
+/* A C program driving the simulated host through tvAPIC's exports, as a
+ * plug-in or a scripting layer would: it opens and edits documents and prints
+ * each step and what the host answered. */
+#include <stdio.h>
+#include <stdlib.h>
+
+#include "sim/sim.h"
+#include "tvAPIC.h"
+
+/* Literal UTF-16 text for the exports, without relying on C11's u"" strings. */
+static const tvWChar* wide(const char* s) {
+    static tvWChar buffers[4][128];
+    static int next = 0;
+    tvWChar* out = buffers[next++ % 4];
+    size_t i = 0;
+    for (; s[i] && i < 127; ++i) out[i] = (tvWChar)(unsigned char)s[i];
+    out[i] = 0;
+    return out;
+}
+
+/* Prints a text result and frees it, as every caller must. */
+static void print_text(const char* label, tvWChar* text) {
+    printf("%s", label);
+    if (!text) {
+        printf("(null)\n");
+        return;
+    }
+    for (const tvWChar* p = text; *p; ++p) putchar(*p < 128 ? (char)*p : '?');
+    putchar('\n');
+    free(text);
+}
+
+int main(void) {
+    tvsim_start();
+    printf("tvAPIC in-process demonstration against the simulated host\n\n");
+
+    print_text("IApplication_GetApplicationName(1)     -> ", IApplication_GetApplicationName(1));
+    int major = 0, minor = 0, release = 0, build = 0;
+    bool ok = IApplication_GetSystemVersion(&major, &minor, &release, &build);
+    printf("IApplication_GetSystemVersion          -> %s, %d.%d.%d build %d\n", ok ? "true" : "false", major,
+           minor, release, build);
+
+    void* documents = IApplication_GetDocuments();
+    printf("IApplication_GetDocuments              -> handle %p\n", documents);
+
+    void* drawing = IDocuments_Add(documents, 1, 1);
+    print_text("IDocuments_Add(1, visible) -> name      ", ITavraDocument_GetName(drawing));
+    ITavraDocument_SetAuthor(drawing, wide("A. Engineer"));
+    print_text("ITavraDocument_SetAuthor, GetAuthor    -> ", ITavraDocument_GetAuthor(drawing));
+    printf("ITavraDocument_IsChanged               -> %s\n", ITavraDocument_IsChanged(drawing) ? "true" : "false");
+    printf("ITavraDocument_Save (no path yet)      -> %s\n", ITavraDocument_Save(drawing) ? "true" : "false");
+    printf("ITavraDocument_SaveAs(\"/tmp/plate.tvd\") -> %s\n",
+           ITavraDocument_SaveAs(drawing, wide("/tmp/plate.tvd")) ? "true" : "false");
+    print_text("ITavraDocument_GetName                 -> ", ITavraDocument_GetName(drawing));
+    print_text("ITavraDocument_GetPath                 -> ", ITavraDocument_GetPath(drawing));
+
+    double x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+    ITavraDocument_GetDocumentGabarit(drawing, &x1, &y1, &x2, &y2);
+    printf("ITavraDocument_GetDocumentGabarit      -> (%g, %g) - (%g, %g)\n", x1, y1, x2, y2);
+
+    void* model = IDocuments_Open(documents, wide("/projects/gearbox.tvm"), 1, 1);
+    print_text("IDocuments_Open(gearbox.tvm) -> name    ", ITavraDocument_GetName(model));
+    printf("ITavraDocument_IsReadOnly              -> %s\n", ITavraDocument_IsReadOnly(model) ? "true" : "false");
+
+    void* active = IApplication_GetActiveDocument();
+    printf("IApplication_GetActiveDocument is the opened model -> %s\n",
+           IAPIObject_IsSameObjects(active, model) ? "true" : "false");
+    IAPIObject_Release(active);
+
+    printf("ITavraDocument_GetName(null handle)    -> %s\n",
+           ITavraDocument_GetName(NULL) ? "text" : "null (nothing called)");
+    printf("ITavraDocument_Close(model)            -> %s\n", ITavraDocument_Close(model, 0) ? "true" : "false");
+    printf("IDocuments_GetItem(1) after closing    -> %s\n", IDocuments_GetItem(documents, 1) ? "a document" : "null");
+
+    IAPIObject_Release(model);
+    IAPIObject_Release(drawing);
+    IAPIObject_Release(documents);
+    tvsim_stop();
+    printf("\nAll handles released.\n");
+    return 0;
+}
