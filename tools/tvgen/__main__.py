@@ -12,6 +12,7 @@ import sys
 from pathlib import Path
 
 from . import catalogue as cat_mod
+from . import families
 from . import emit_exports, emit_header, emit_probes, emit_sim, emit_sweep, emit_tvapi
 
 GROUPS = ["application", "drawing", "model", "reports", "ui"]
@@ -36,6 +37,14 @@ def outputs(cat):
     return files
 
 
+def export_names(cat):
+    """Every function the library exports, in header order."""
+    names = ["IAPIObject_AddRef", "IAPIObject_Release", "IAPIObject_IsSameObjects"]
+    names += [name for _, name, _ in families.container_prototypes()]
+    names += [op.export for op in cat.ops()]
+    return names
+
+
 def write_if_changed(path, text):
     path.parent.mkdir(parents=True, exist_ok=True)
     if path.exists() and path.read_text(encoding="utf-8") == text:
@@ -48,12 +57,16 @@ def main(argv=None):
     parser.add_argument("--catalogue", required=True, type=Path)
     parser.add_argument("--out", type=Path)
     parser.add_argument("--list", action="store_true", help="print the output files and exit")
+    parser.add_argument("--exports", action="store_true", help="print every export name, one per line, and exit")
     args = parser.parse_args(argv)
     try:
         cat = cat_mod.load(args.catalogue, GROUPS)
     except cat_mod.CatalogueError as e:
         print(f"tvgen: {e}", file=sys.stderr)
         return 1
+    if args.exports:
+        print("\n".join(export_names(cat)))
+        return 0
     files = outputs(cat)
     if args.list:
         print(";".join(sorted(files)))
