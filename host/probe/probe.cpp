@@ -1,5 +1,7 @@
 #include "probe/probe.h"
 
+#include "tvapi/standin.h"
+
 #include <cstring>
 #include <mutex>
 #include <stdexcept>
@@ -94,6 +96,12 @@ void* Object::Query(const char* iid) {
 void* Object::Face(const std::string& interface) const {
     auto it = by_name_.find(interface);
     return it == by_name_.end() ? nullptr : it->second;
+}
+
+void InstallAsRoot(Object* object, const std::string& root) {
+    void* face = object ? object->Face(root) : nullptr;
+    if (root == "ITransferService") tvapi_standin::SetTransferService(static_cast<tvapi::ITransferService*>(face));
+    else tvapi_standin::SetApplication(static_cast<tvapi::IApplication*>(face));
 }
 
 std::string DescribeObject(const void* face) {

@@ -116,6 +116,10 @@ private:
     std::map<std::string, void*> by_iid_;
 };
 
+// Makes `object` the host's application or transfer service (by its face for
+// `root`, "IApplication" or "ITransferService"); null uninstalls.
+void InstallAsRoot(Object* object, const std::string& root);
+
 // The result of type R that an object answers.
 template <class R>
 R Answer(const Answers& a);

@@ -8,17 +8,12 @@
 
 #include "probe/probe.h"
 #include "tvAPIC.h"
-#include "tvapi/standin.h"
+#include "sweep/sweep.h"
 
 namespace {
 
+using sweep::Text;
 using tvprobe::Object;
-
-std::u16string Text(const tvWChar* s) {
-    std::u16string out;
-    for (; s && *s; ++s) out += static_cast<char16_t>(*s);
-    return out;
-}
 
 const tvWChar* Wide(const char16_t* s) { return reinterpret_cast<const tvWChar*>(s); }
 
@@ -33,15 +28,9 @@ struct Probe {
 
 // Installs a probe as the application (or transfer service) for one test.
 struct RootedProbe : Probe {
-    bool service;
-    explicit RootedProbe(const char* root) : Probe({root}), service(std::string(root) == "ITransferService") {
-        if (service) tvapi_standin::SetTransferService(static_cast<tvapi::ITransferService*>(o->Face(root)));
-        else tvapi_standin::SetApplication(static_cast<tvapi::IApplication*>(o->Face(root)));
-    }
-    ~RootedProbe() {
-        if (service) tvapi_standin::SetTransferService(nullptr);
-        else tvapi_standin::SetApplication(nullptr);
-    }
+    std::string root;
+    explicit RootedProbe(const char* r) : Probe({r}), root(r) { tvprobe::InstallAsRoot(o, root); }
+    ~RootedProbe() { tvprobe::InstallAsRoot(nullptr, root); }
 };
 
 TEST(HandleIdentity, NullsAndOneHandleGivenTwiceAreTheSameWithoutQuerying) {

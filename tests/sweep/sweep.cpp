@@ -1,8 +1,5 @@
 #include "sweep/sweep.h"
 
-#include <cstring>
-
-#include "tvapi/standin.h"
 
 namespace sweep {
 namespace {
@@ -32,15 +29,6 @@ std::vector<std::string> Split(const std::string& names) {
         start = end + 1;
     }
     return out;
-}
-
-void Install(const Case& c, tvprobe::Object* target) {
-    void* face = target ? target->Face(c.interface) : nullptr;
-    if (std::strcmp(c.interface, "IApplication") == 0) {
-        tvapi_standin::SetApplication(static_cast<tvapi::IApplication*>(face));
-    } else {
-        tvapi_standin::SetTransferService(static_cast<tvapi::ITransferService*>(face));
-    }
 }
 
 }  // namespace
@@ -146,12 +134,12 @@ std::vector<std::string> RunAll(const std::vector<Case>& cases, std::size_t& cov
             auto* target = tvprobe::Object::Create(std::vector<std::string>{c.interface});
             auto* result = tvprobe::Object::Create(Split(c.answering));
             target->answers.object = result;
-            if (c.rooted) Install(c, target);
+            if (c.rooted) tvprobe::InstallAsRoot(target, c.interface);
             {
                 Pass pass(c, mode, target, result, failures);
                 c.body(pass);
             }
-            if (c.rooted) Install(c, nullptr);
+            if (c.rooted) tvprobe::InstallAsRoot(nullptr, c.interface);
             if (target->refs() == 1) target->Release();
             if (result->refs() == 1) result->Release();
         }
