@@ -12,7 +12,7 @@ import sys
 from pathlib import Path
 
 from . import catalogue as cat_mod
-from . import families
+from . import families, stats
 from . import emit_exports, emit_header, emit_probes, emit_sim, emit_sweep, emit_tvapi
 
 GROUPS = ["application", "drawing", "model", "reports", "ui"]
@@ -58,12 +58,16 @@ def main(argv=None):
     parser.add_argument("--out", type=Path)
     parser.add_argument("--list", action="store_true", help="print the output files and exit")
     parser.add_argument("--exports", action="store_true", help="print every export name, one per line, and exit")
+    parser.add_argument("--stats", action="store_true", help="print the shape counts per group as a table and exit")
     args = parser.parse_args(argv)
     try:
         cat = cat_mod.load(args.catalogue, GROUPS)
     except cat_mod.CatalogueError as e:
         print(f"tvgen: {e}", file=sys.stderr)
         return 1
+    if args.stats:
+        print(stats.table(cat))
+        return 0
     if args.exports:
         print("\n".join(export_names(cat)))
         return 0

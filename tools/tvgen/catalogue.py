@@ -13,7 +13,7 @@ from . import families
 SCALARS = ("bool", "int", "int64", "double")
 IID_RE = re.compile(r"^[0-9a-fA-F]{8}-[0-9a-fA-F]{4}-[0-9a-fA-F]{4}-[0-9a-fA-F]{4}-[0-9a-fA-F]{12}$")
 NAME_RE = re.compile(r"^[A-Za-z_][A-Za-z0-9_]*$")
-OP_RE = re.compile(r"^  (\S+(?:<\w+>)?) (\w+)\((.*)\)\s*(?:#.*)?$")
+OP_RE = re.compile(r"^  (\S+(?:<\w+>)?) (\w+)\(([^)]*)\)\s*(?:#\s*(.*))?$")
 ENUM_RE = re.compile(r"^tv\w+Enum$")
 # Families whose caller vectors can be refilled after the host filled them.
 REFILLABLE = {"BoolVector", "Int32Vector", "EnumVector", "ColorVector", "Uint32Vector", "FloatVector",
@@ -61,6 +61,8 @@ class Operation:
     result: Type
     params: list
     line: int
+    where: str = ""
+    note: str = ""          # the trailing comment of its line
 
     @property
     def export(self):
@@ -176,14 +178,14 @@ def parse_file(path, group, interfaces):
             raise CatalogueError(f"{where}: expected an interface line or '  result Name(params)': {line!r}")
         if current is None:
             raise CatalogueError(f"{where}: operation outside an interface")
-        result_text, name, params_text = m.groups()
+        result_text, name, params_text, note = m.groups()
         result = parse_type(result_text, where)
         params = [parse_param(p, where) for p in split_params(params_text)]
         if any(op.name == name for op in current.ops):
             raise CatalogueError(f"{where}: {current.name}.{name} declared twice")
         if len({p.name for p in params}) != len(params):
             raise CatalogueError(f"{where}: repeated parameter name")
-        current.ops.append(Operation(current, name, result, params, number))
+        current.ops.append(Operation(current, name, result, params, number, where, note or ""))
 
 
 def parse_interface(line, where, group):
@@ -207,6 +209,7 @@ def load(directory, group_names):
             parse_file(path, group, interfaces)
     cat = Catalogue(list(group_names), interfaces)
     check_references(cat)
+    check_setters(cat)
     return cat
 
 
@@ -216,6 +219,31 @@ def check_references(cat):
             name = t.element or (t.name if t.kind == "object" else None)
             if name and name != "IAPIObject" and name not in cat.interfaces:
                 raise CatalogueError(
-                    f"{op.interface.name}.{op.name}: interface {name} is not declared in any catalogue file")
+                    f"{op.where}: {op.interface.name}.{op.name}: interface {name} is not declared in any catalogue file")
             if name and name in cat.interfaces and cat.interfaces[name].root:
-                raise CatalogueError(f"{op.interface.name}.{op.name}: rooted interface {name} cannot be passed")
+                raise CatalogueError(f"{op.where}: {op.interface.name}.{op.name}: rooted interface {name} cannot be passed")
+
+
+# A setter whose value deliberately differs from its getter's result says so
+# on its line: "# unlike its getter: <why>".
+SETTER_EXCEPTION = "unlike its getter"
+
+
+def check_setters(cat):
+    """Set<X> takes what Get<X> / Is<X> returns, after the getter's own arguments."""
+    for i in cat.interfaces.values():
+        by_name = {op.name: op for op in i.ops}
+        for op in i.ops:
+            if not op.name.startswith("Set") or not op.params or SETTER_EXCEPTION in op.note:
+                continue
+            x = op.name[3:]
+            getter = by_name.get("Get" + x) or by_name.get("Is" + x)
+            if not getter or any(p.mode for p in getter.params) or getter.result.kind == "void":
+                continue
+            *leading, value = op.params
+            if value.type != getter.result:
+                raise CatalogueError(f"{op.where}: {i.name}.{op.name} takes {value.type} but "
+                                     f"{getter.name} returns {getter.result}")
+            if [p.type for p in leading] != [p.type for p in getter.params]:
+                raise CatalogueError(f"{op.where}: {i.name}.{op.name} must take {getter.name}'s arguments "
+                                     "before its value")
