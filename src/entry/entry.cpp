@@ -2,13 +2,14 @@
 
 #include <new>
 
+#include "bridge/main_thread.h"
+#include "bridge/server.h"
+
 namespace tvapic {
 
-// The remote call server arrives with the bridge; until then the host's
-// start, stop and run requests have nothing to act on.
-void TvAPICEntry::Start(std::uint16_t) {}
-void TvAPICEntry::Stop() {}
-void TvAPICEntry::Run(std::int64_t) {}
+void TvAPICEntry::Start(std::uint16_t port) { bridge::Server::Instance().Start(port); }
+void TvAPICEntry::Stop() { bridge::Server::Instance().Stop(); }
+void TvAPICEntry::Run(std::int64_t posted) { bridge::RunPostedCall(posted); }
 
 // The library keeps no pointer of its own to the entry object, and does not
 // delete it on unload: it belongs to the host from registration on. A failed

@@ -13,7 +13,7 @@ from pathlib import Path
 
 from . import catalogue as cat_mod
 from . import families, stats
-from . import emit_exports, emit_header, emit_probes, emit_sim, emit_sweep, emit_tvapi
+from . import emit_bridge, emit_exports, emit_header, emit_probes, emit_sim, emit_sweep, emit_tvapi
 
 GROUPS = ["application", "drawing", "model", "reports", "ui"]
 
@@ -33,6 +33,7 @@ def outputs(cat):
             files[f"probe/{group}_{n}.cpp"] = lambda g=group, p=part: emit_probes.emit_chunk(cat, g, p)
             files[f"sweep/{group}_{n}.cpp"] = lambda g=group, p=part, k=n: emit_sweep.emit_chunk(cat, g, p, k)
     files["probe/registry.cpp"] = lambda: emit_probes.emit_registry(cat)
+    files["bridge/handlers.cpp"] = lambda: emit_bridge.emit_handlers(cat)
     files["sweep/cases.cpp"] = lambda: emit_sweep.emit_index(cat)
     return files
 
@@ -58,6 +59,7 @@ def main(argv=None):
     parser.add_argument("--out", type=Path)
     parser.add_argument("--list", action="store_true", help="print the output files and exit")
     parser.add_argument("--exports", action="store_true", help="print every export name, one per line, and exit")
+    parser.add_argument("--protocol", action="store_true", help="print the remote functions' wire signatures and exit")
     parser.add_argument("--stats", action="store_true", help="print the shape counts per group as a table and exit")
     args = parser.parse_args(argv)
     try:
@@ -65,6 +67,9 @@ def main(argv=None):
     except cat_mod.CatalogueError as e:
         print(f"tvgen: {e}", file=sys.stderr)
         return 1
+    if args.protocol:
+        print(emit_bridge.protocol_table(cat), end="")
+        return 0
     if args.stats:
         print(stats.table(cat))
         return 0

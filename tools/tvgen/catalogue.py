@@ -75,6 +75,7 @@ class Interface:
     iid: str | None          # None for rooted interfaces
     root: str | None         # "application", "service" or None
     group: str
+    remote: bool = False     # every operation can be called over the remote call bridge
     ops: list = field(default_factory=list)
 
 
@@ -190,15 +191,19 @@ def parse_file(path, group, interfaces):
 
 def parse_interface(line, where, group):
     words = line.split()
+    remote = words[-1] == "remote"
+    if remote:
+        words = words[:-1]
     if len(words) == 3 and IID_RE.match(words[2]):
         name, iid, root = words[1], words[2], None
     elif len(words) == 4 and words[2] == "rooted" and words[3] in ("application", "service"):
         name, iid, root = words[1], None, words[3]
     else:
-        raise CatalogueError(f"{where}: expected 'interface Name IID' or 'interface Name rooted application|service'")
+        raise CatalogueError(f"{where}: expected 'interface Name IID [remote]' or "
+                             "'interface Name rooted application|service [remote]'")
     if not INTERFACE_RE.match(name):
         raise CatalogueError(f"{where}: interface names start with I and a capital: {name!r}")
-    return Interface(name, iid, root, group)
+    return Interface(name, iid, root, group, remote)
 
 
 def load(directory, group_names):

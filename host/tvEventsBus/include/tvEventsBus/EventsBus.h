@@ -1,8 +1,8 @@
 // The host message bus: posts messages for the main thread to handle.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
-#include <functional>
 
 #include "tvapi/export.h"
 
@@ -16,7 +16,7 @@ class IEventsTarget;
 
 class TVEVENTSBUS_API EventsBus {
 public:
-    // Queues a message; returns at once, the main thread handles it later.
+    // Queues a message and returns at once; the main thread handles it later.
     static void Post(unsigned message, std::uint64_t parameter, std::int64_t value, const IEventsTarget* target);
 };
 
@@ -30,8 +30,7 @@ struct Message {
     const IEventsTarget* target;
 };
 
-// Called for every posted message on the posting thread (used by the
-// simulated host to wake its main loop). Null removes the listener.
-TVEVENTSBUS_API void SetListener(std::function<void(const Message&)> listener);
+// Takes the oldest posted message, waiting up to `timeout` for one.
+TVEVENTSBUS_API bool WaitMessage(Message& out, std::chrono::milliseconds timeout);
 
 }  // namespace tveventsbus_standin

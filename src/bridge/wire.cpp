@@ -1,0 +1,76 @@
+#include "bridge/wire.h"
+
+#include <bit>
+#include <iterator>
+
+#include <utf8cpp/utf8.h>
+
+namespace tvapic::bridge {
+
+static_assert(std::endian::native == std::endian::little, "values travel as they lie in memory: little-endian");
+
+namespace {
+
+template <class T>
+T ReadFixed(ByteStream& s) {
+    T value;
+    s.ReadExact(&value, sizeof value);
+    return value;
+}
+
+template <class T>
+void WriteFixed(ByteStream& s, T value) {
+    s.WriteExact(&value, sizeof value);
+}
+
+template <class T>
+Slot<T> ReadSlot(ByteStream& s) {
+    Slot<T> slot;
+    slot.flag = ReadFixed<std::uint8_t>(s);
+    if (slot.flag == 0) slot.value = ReadFixed<T>(s);
+    return slot;
+}
+
+}  // namespace
+
+std::uint64_t ReadU64(ByteStream& s) { return ReadFixed<std::uint64_t>(s); }
+std::int32_t ReadI32(ByteStream& s) { return ReadFixed<std::int32_t>(s); }
+double ReadF64(ByteStream& s) { return ReadFixed<double>(s); }
+Slot<std::int32_t> ReadSlotI32(ByteStream& s) { return ReadSlot<std::int32_t>(s); }
+Slot<double> ReadSlotF64(ByteStream& s) { return ReadSlot<double>(s); }
+
+std::string ReadName(ByteStream& s) {
+    std::uint64_t count = ReadU64(s);
+    std::string bytes(count, '\0');  // too large a count fails here, before any byte is read
+    if (count) s.ReadExact(bytes.data(), count);
+    return bytes;
+}
+
+WireText ReadText(ByteStream& s) {
+    std::string utf8 = ReadName(s);
+    WireText text;
+    utf8::utf8to16(utf8.begin(), utf8.end(), std::back_inserter(text));
+    return text;
+}
+
+void WriteU64(ByteStream& s, std::uint64_t value) { WriteFixed(s, value); }
+void WriteI32(ByteStream& s, std::int32_t value) { WriteFixed(s, value); }
+
+void WriteText(ByteStream& s, const tvWChar* text) {
+    std::string utf8;
+    if (text) {
+        const tvWChar* end = text;
+        while (*end) ++end;
+        utf8::utf16to8(text, end, std::back_inserter(utf8));
+    }
+    WriteU64(s, utf8.size());
+    if (!utf8.empty()) s.WriteExact(utf8.data(), utf8.size());
+}
+
+void WriteTextVector(ByteStream& s, const StringVector_t* texts) {
+    if (!texts) return;
+    WriteU64(s, texts->size);
+    for (std::uint64_t i = 0; i < texts->size; ++i) WriteText(s, texts->data[i]);
+}
+
+}  // namespace tvapic::bridge
