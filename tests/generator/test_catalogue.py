@@ -33,8 +33,8 @@ class Refusals(unittest.TestCase):
         self.refused(f"interface IA {IID_A}\n  int GetX()\n  int GetX()\n", "declared twice", 3)
 
     def test_malformed_iid(self):
-        self.refused("interface IA f38c5248-f223-4c72-95cb-a2319972e1c\n", "expected 'interface Name IID'", 1)
-        self.refused("interface IA f38c5248f223-4c72-95cb-a2319972e1cdx\n", "expected 'interface Name IID'", 1)
+        self.refused("interface IA f38c5248-f223-4c72-95cb-a2319972e1c\n", "expected 'interface Name IID", 1)
+        self.refused("interface IA f38c5248f223-4c72-95cb-a2319972e1cdx\n", "expected 'interface Name IID", 1)
 
     def test_setter_disagreeing_with_its_getter(self):
         self.refused(f"interface IA {IID_A}\n  double GetX()\n  void SetX(int value)\n", "takes int but GetX returns double", 3)

@@ -34,6 +34,7 @@ def outputs(cat):
             files[f"sweep/{group}_{n}.cpp"] = lambda g=group, p=part, k=n: emit_sweep.emit_chunk(cat, g, p, k)
     files["probe/registry.cpp"] = lambda: emit_probes.emit_registry(cat)
     files["bridge/handlers.cpp"] = lambda: emit_bridge.emit_handlers(cat)
+    files["exports.map"] = lambda: version_script(cat)
     files["sweep/cases.cpp"] = lambda: emit_sweep.emit_index(cat)
     return files
 
@@ -44,6 +45,13 @@ def export_names(cat):
     names += [name for _, name, _ in families.container_prototypes()]
     names += [op.export for op in cat.ops()]
     return names
+
+
+def version_script(cat):
+    """The ELF version script: the catalogue's exports and nothing else, so
+    that no template instantiation of a library the code uses leaks out."""
+    names = "".join(f"    {name};\n" for name in export_names(cat))
+    return f"{{\n  global:\n{names}  local: *;\n}};\n"
 
 
 def write_if_changed(path, text):
