@@ -13,7 +13,7 @@
 #include <thread>
 
 #include "UI_App/GuiApp.h"
-#include "library_loader.h"
+#include "sim/library_loader.h"
 #include "sim/main_loop.h"
 #include "sim/sim.h"
 #include "tvSys2/entry_points.h"

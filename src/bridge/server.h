@@ -28,6 +28,12 @@ public:
 
 private:
     Server() = default;
+    // At unload a thread may still be held (a restart that ended at its first
+    // accept, or a host that never stopped): let it go rather than end the
+    // process; joining could wait for ever.
+    ~Server() {
+        if (thread_.joinable()) thread_.detach();
+    }
     void ServerThreadFunc();
     void Serve();
 

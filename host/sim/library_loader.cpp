@@ -1,5 +1,5 @@
 // Platform file: dynamic loading on Windows and on POSIX systems.
-#include "library_loader.h"
+#include "sim/library_loader.h"
 
 #if defined(_WIN32)
 #include <windows.h>

@@ -1,0 +1,18 @@
+// Loading the library at run time, as the application does.
+#pragma once
+
+#include <string>
+
+#include "tvapi/export.h"
+
+#if defined(TVSIM_BUILDING)
+#define TVSIM_LOADER_API TVHOST_EXPORT
+#else
+#define TVSIM_LOADER_API TVHOST_IMPORT
+#endif
+
+using LoadedLibrary = void*;
+
+// Null on failure, with the loader's message in `error`.
+TVSIM_LOADER_API LoadedLibrary LoadLibraryAt(const std::string& path, std::string& error);
+TVSIM_LOADER_API void UnloadLibrary(LoadedLibrary library);

@@ -1,0 +1,98 @@
+// The API Server's lifecycle through the entry object. Every test runs in a
+// process of its own: the server runs once per library lifetime.
+#include <chrono>
+#include <thread>
+
+#include "UI_App/GuiApp.h"
+#include "bridge/bridge_fixture.h"
+
+namespace bridge_test {
+namespace {
+
+namespace asio = boost::asio;
+
+// The host's main thread, for the calls the server hands over (a probe
+// connection is one: an empty name).
+struct MainThread {
+    tvsim::MainLoop loop;
+    std::thread thread{[this] { loop.Run(); }};
+    ~MainThread() {
+        loop.Quit();
+        thread.join();
+    }
+};
+
+void WaitUntilListening(std::uint16_t port) {
+    for (int i = 0; i < 200 && !Listening(port); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+}
+
+TEST(Lifecycle, PortZeroWithANoStartsNothingAndStopReturns) {
+    tvapic::ITvAPICEntry* entry = LoadedEntry();
+    ASSERT_NE(entry, nullptr);
+    ui_app_standin::SetUseStartPort(false);
+    entry->Start(0);
+    entry->Stop();  // nothing runs: returns at once, raises nothing
+    SUCCEED();
+}
+
+TEST(Lifecycle, StopWithoutStartReturns) {
+    tvapic::ITvAPICEntry* entry = LoadedEntry();
+    ASSERT_NE(entry, nullptr);
+    EXPECT_NO_THROW(entry->Stop());
+}
+
+TEST(Lifecycle, StopEndsTheServerAndFreesThePort) {
+    MainThread main_thread;
+    tvapic::ITvAPICEntry* entry = LoadedEntry();
+    ASSERT_NE(entry, nullptr);
+    std::uint16_t port = FreePort();
+    ui_app_standin::SetUseStartPort(false);
+    entry->Start(port);
+    WaitUntilListening(port);
+    ASSERT_TRUE(Listening(port));
+    entry->Stop();
+    EXPECT_FALSE(Listening(port));
+    asio::io_context io;
+    EXPECT_NO_THROW(asio::ip::tcp::acceptor(io, asio::ip::tcp::endpoint(asio::ip::address_v4::any(), port)));
+}
+
+// The one-shot lifecycle: a "yes" answer restarts on the stored port, but the
+// new thread ends at its first accept without serving it, and the next stop
+// finds nobody to wake.
+TEST(Lifecycle, ARestartAnswersOneConnectionWithNothingAndEnds) {
+    MainThread main_thread;
+    tvapic::ITvAPICEntry* entry = LoadedEntry();
+    ASSERT_NE(entry, nullptr);
+    std::uint16_t port = FreePort();
+    ui_app_standin::SetUseStartPort(false);
+    entry->Start(port);
+    WaitUntilListening(port);
+    entry->Stop();
+
+    ui_app_standin::SetUseStartPort(true);  // "yes": the given 0 is ignored
+    entry->Start(0);
+    // Its first accept ends the thread, whatever the connection asks.
+    EXPECT_EQ(Call(port, Name("IApplication_Quit")), "");
+    for (int i = 0; i < 200 && Listening(port); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    try {
+        entry->Stop();
+        ADD_FAILURE() << "stop after the restart's end must fail to connect";
+    } catch (const boost::system::system_error& e) {
+        EXPECT_EQ(std::string(e.what()).rfind("connect", 0), 0u) << e.what();
+    }
+}
+
+TEST(LifecycleDeathTest, ASecondStartWithoutStopEndsTheProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(
+        {
+            tvapic::ITvAPICEntry* entry = LoadedEntry();
+            ui_app_standin::SetUseStartPort(false);
+            entry->Start(FreePort());
+            entry->Start(FreePort());
+        },
+        "");
+}
+
+}  // namespace
+}  // namespace bridge_test
