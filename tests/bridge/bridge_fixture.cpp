@@ -31,9 +31,12 @@ std::string Call(std::uint16_t port, const std::string& request) {
     asio::io_context io;
     tcp::socket socket(io);
     socket.connect(tcp::endpoint(asio::ip::make_address_v4("127.0.0.1"), port));
-    asio::write(socket, asio::buffer(request));
+    // The server may close before taking every byte (a name it does not
+    // know, a stopping server): what it answers is read all the same.
+    boost::system::error_code ignored;
+    asio::write(socket, asio::buffer(request), ignored);
     // Nothing more will come: a request cut short then ends in a read error.
-    socket.shutdown(tcp::socket::shutdown_send);
+    socket.shutdown(tcp::socket::shutdown_send, ignored);
     std::string response;
     char buffer[4096];
     for (;;) {

@@ -8,10 +8,5 @@ TEST(LibraryEntry, LoadingRegisteredExactlyOneEntryObject) {
     // This test program links tvAPIC, so the loader attached it before main.
     EXPECT_EQ(tvsys2_standin::ObjectRegistrations(), 1);
     EXPECT_EQ(tvsys2_standin::NullRegistrations(), 0);
-    tvapic::ITvAPICEntry* entry = tvsys2_standin::RegisteredEntry();
-    ASSERT_NE(entry, nullptr);
-    // Until the bridge lands, start, stop and run change nothing.
-    entry->Start(8001);
-    entry->Stop();
-    EXPECT_EQ(tvsys2_standin::RegisteredEntry(), entry);
+    EXPECT_NE(tvsys2_standin::RegisteredEntry(), nullptr);
 }
