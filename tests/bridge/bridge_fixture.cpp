@@ -98,7 +98,22 @@ bool Listening(std::uint16_t port) {
     tcp::socket probe(io);
     boost::system::error_code error;
     probe.connect(tcp::endpoint(asio::ip::make_address_v4("127.0.0.1"), port), error);
-    return !error;
+    // A connection to a free port of the ephemeral range can meet itself
+    // (TCP simultaneous open): that is nobody listening.
+    return !error && probe.local_endpoint(error) != probe.remote_endpoint(error);
+}
+
+bool WaitUntilServing(std::uint16_t port) {
+    for (int attempt = 0; attempt < 200; ++attempt) {
+        try {
+            // An empty name matches nothing: a served call answers nothing
+            // (a connection that met itself would echo the request).
+            if (Call(port, U64(0)).empty()) return true;
+        } catch (const boost::system::system_error&) {
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
 }
 
 void BridgeTest::SetUp() {
@@ -107,22 +122,7 @@ void BridgeTest::SetUp() {
     ui_app_standin::SetUseStartPort(false);  // "no": the given port is used
     entry()->Start(port_);
     main_thread_ = std::thread([this] { loop_.Run(); });
-    // The server binds on its own thread: wait until it accepts.
-    for (int attempt = 0; attempt < 200; ++attempt) {
-        asio::io_context io;
-        tcp::socket probe(io);
-        boost::system::error_code error;
-        probe.connect(tcp::endpoint(asio::ip::make_address_v4("127.0.0.1"), port_), error);
-        if (!error) {
-            // An empty name: matches nothing, costs nothing.
-            asio::write(probe, asio::buffer(U64(0)), error);
-            char c;
-            probe.read_some(asio::buffer(&c, 1), error);
-            return;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    FAIL() << "the API Server did not start";
+    ASSERT_TRUE(WaitUntilServing(port_)) << "the API Server did not start";
 }
 
 void BridgeTest::TearDown() {

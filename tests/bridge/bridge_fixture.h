@@ -20,8 +20,13 @@ namespace bridge_test {
 // The entry object of the library, loaded once per process as the host does.
 tvapic::ITvAPICEntry* LoadedEntry();
 
-// Whether something accepts connections on the port (connects once).
+// Whether something accepts connections on the port (connects once; the
+// connection may stay pending in the listener's queue).
 bool Listening(std::uint16_t port);
+
+// Waits until the server has served one call, so that no connection of ours
+// is left pending (a pending one would take a stop's place).
+bool WaitUntilServing(std::uint16_t port);
 
 // A port nobody listens on right now.
 std::uint16_t FreePort();

@@ -22,10 +22,6 @@ struct MainThread {
     }
 };
 
-void WaitUntilListening(std::uint16_t port) {
-    for (int i = 0; i < 200 && !Listening(port); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
-}
-
 TEST(Lifecycle, PortZeroWithANoStartsNothingAndStopReturns) {
     tvapic::ITvAPICEntry* entry = LoadedEntry();
     ASSERT_NE(entry, nullptr);
@@ -48,8 +44,7 @@ TEST(Lifecycle, StopEndsTheServerAndFreesThePort) {
     std::uint16_t port = FreePort();
     ui_app_standin::SetUseStartPort(false);
     entry->Start(port);
-    WaitUntilListening(port);
-    ASSERT_TRUE(Listening(port));
+    ASSERT_TRUE(WaitUntilServing(port));
     entry->Stop();
     EXPECT_FALSE(Listening(port));
     asio::io_context io;
@@ -66,7 +61,7 @@ TEST(Lifecycle, ARestartAnswersOneConnectionWithNothingAndEnds) {
     std::uint16_t port = FreePort();
     ui_app_standin::SetUseStartPort(false);
     entry->Start(port);
-    WaitUntilListening(port);
+    ASSERT_TRUE(WaitUntilServing(port));
     entry->Stop();
 
     ui_app_standin::SetUseStartPort(true);  // "yes": the given 0 is ignored

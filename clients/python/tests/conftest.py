@@ -1,0 +1,83 @@
+"""Fixtures: a running tvhost (the simulated host serving the API) on a free port.
+
+CTest passes the tvhost executable in TVHOST; without it the tests that need a
+server are skipped.
+"""
+import os
+import select
+import signal
+import socket
+import subprocess
+import time
+
+import pytest
+
+from tvapic import Client
+
+
+def free_port():
+    with socket.socket() as s:
+        s.bind(("127.0.0.1", 0))
+        return s.getsockname()[1]
+
+
+def _start(path, port, deadline):
+    proc = subprocess.Popen([path, "--port", str(port)], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                            text=True)
+    while time.monotonic() < deadline:
+        ready, _, _ = select.select([proc.stdout], [], [], 0.2)
+        if ready:
+            line = proc.stdout.readline()
+            if f"API Server on port {port}" in line:
+                return proc
+            if not line:
+                break
+    proc.kill()
+    proc.wait()
+    return None
+
+
+def _ready(client, proc, deadline):
+    """The server listens once its thread has bound the port: the first call may be refused."""
+    while time.monotonic() < deadline and proc.poll() is None:
+        try:
+            return client.IApplication_GetBuildNumber() > 0
+        except ConnectionRefusedError:
+            time.sleep(0.05)
+    return False
+
+
+@pytest.fixture(scope="session")
+def tvhost():
+    """(client, port) of a tvhost started for the session; stopped with SIGTERM at the end."""
+    path = os.environ.get("TVHOST")
+    if not path:
+        pytest.skip("TVHOST is not set: no tvhost to call")
+    for _ in range(3):  # another process may take the free port first
+        port = free_port()
+        deadline = time.monotonic() + 15
+        proc = _start(path, port, deadline)
+        if proc is None:
+            continue
+        client = Client(port=port, timeout=10)
+        if _ready(client, proc, deadline):
+            break
+        proc.kill()
+        proc.wait()
+    else:
+        pytest.fail(f"{path} did not start serving")
+    yield client, port
+    proc.send_signal(signal.SIGTERM)
+    try:
+        out, err = proc.communicate(timeout=15)
+    except subprocess.TimeoutExpired:
+        proc.kill()
+        proc.communicate()
+        pytest.fail("tvhost did not stop on SIGTERM")
+    assert proc.returncode == 0, err
+    assert "tvhost: stopped" in out
+
+
+@pytest.fixture
+def app(tvhost):
+    return tvhost[0]
