@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "bridge/dispatcher.h"
+#include "bridge/handle_registry.h"
 #include "bridge/wire.h"
 #include "tvAPIC.h"
 
@@ -22,6 +23,11 @@ inline void EmptyHandler(ByteStream&) {}
 
 inline void* AsHandle(std::uint64_t wire) { return reinterpret_cast<void*>(static_cast<std::uintptr_t>(wire)); }
 inline std::uint64_t AsWire(void* handle) { return reinterpret_cast<std::uintptr_t>(handle); }
+
+// Handle arguments: only 0 and handles the bridge gave out reach a function.
+inline std::uint64_t Admit(std::uint64_t wire) { return HandleRegistry::Instance().Admit(wire); }
+// Object results: remembered as they are sent.
+inline std::uint64_t Remember(std::uint64_t wire) { return HandleRegistry::Instance().Remember(wire); }
 
 // The empty vectors a handler passes for parameters that do not travel are
 // its own: whatever a function filled into them is given back here.

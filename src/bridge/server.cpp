@@ -64,7 +64,7 @@ void Server::ServerThreadFunc() {
 
 void Server::Serve() {
     RunOnMainThread([this] {
-        SocketStream stream(connection_);
+        SocketStream stream(io_, connection_);
         Dispatch(stream);
         return true;
     });

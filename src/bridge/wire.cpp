@@ -2,6 +2,8 @@
 
 #include <bit>
 #include <iterator>
+#include <stdexcept>
+#include <string>
 
 #include <utf8cpp/utf8.h>
 
@@ -39,15 +41,27 @@ double ReadF64(ByteStream& s) { return ReadFixed<double>(s); }
 Slot<std::int32_t> ReadSlotI32(ByteStream& s) { return ReadSlot<std::int32_t>(s); }
 Slot<double> ReadSlotF64(ByteStream& s) { return ReadSlot<double>(s); }
 
-std::string ReadName(ByteStream& s) {
+namespace {
+
+// A counted byte string, refused before any allocation when the count is
+// over `limit`.
+std::string ReadCounted(ByteStream& s, std::uint64_t limit, const char* what) {
     std::uint64_t count = ReadU64(s);
-    std::string bytes(count, '\0');  // too large a count fails here, before any byte is read
+    if (count > limit) {
+        throw std::length_error(std::string(what) + " of " + std::to_string(count) + " bytes is over the limit of " +
+                                std::to_string(limit) + " bytes");
+    }
+    std::string bytes(count, '\0');
     if (count) s.ReadExact(bytes.data(), count);
     return bytes;
 }
 
+}  // namespace
+
+std::string ReadName(ByteStream& s) { return ReadCounted(s, kMaxNameBytes, "function name"); }
+
 WireText ReadText(ByteStream& s) {
-    std::string utf8 = ReadName(s);
+    std::string utf8 = ReadCounted(s, kMaxTextBytes, "text");
     WireText text;
     utf8::utf8to16(utf8.begin(), utf8.end(), std::back_inserter(text));
     return text;

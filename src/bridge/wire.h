@@ -12,6 +12,11 @@ namespace tvapic::bridge {
 
 using WireText = std::basic_string<tvWChar>;
 
+// The longest function name and text this server reads; longer counts are
+// refused before anything is allocated.
+constexpr std::uint64_t kMaxNameBytes = 4096;
+constexpr std::uint64_t kMaxTextBytes = 64ull << 20;
+
 // A pointer parameter through which a function returns a value. The flag
 // byte is kept for the response: 0 means a value travels with it.
 template <class T>

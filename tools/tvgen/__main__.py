@@ -34,6 +34,7 @@ def outputs(cat):
             files[f"sweep/{group}_{n}.cpp"] = lambda g=group, p=part, k=n: emit_sweep.emit_chunk(cat, g, p, k)
     files["probe/registry.cpp"] = lambda: emit_probes.emit_registry(cat)
     files["bridge/handlers.cpp"] = lambda: emit_bridge.emit_handlers(cat)
+    files["bridge/wire_signatures.h"] = lambda: emit_bridge.emit_signature_table(cat)
     files["python/tvapic/_remote.py"] = lambda: emit_python.emit(cat)
     files["exports.map"] = lambda: version_script(cat)
     files["sweep/cases.cpp"] = lambda: emit_sweep.emit_index(cat)

@@ -58,7 +58,7 @@ def handler(op):
     args = []
     own_vectors = []
     if not op.interface.root:
-        lines.append("void* self = AsHandle(ReadU64(s));")
+        lines.append("void* self = AsHandle(Admit(ReadU64(s)));")
         args.append("self")
     for n, p in enumerate(op.params):
         kind = param_wire(op, p)
@@ -73,7 +73,7 @@ def handler(op):
         elif kind.endswith("slot"):
             args.append(f"&a{n}.value")
         elif p.type.kind == "object":
-            args.append(f"AsHandle(a{n})")
+            args.append(f"AsHandle(Admit(a{n}))")
         else:
             args.append(f"a{n}")
     call = f"{op.export}({', '.join(args)})"
@@ -84,7 +84,7 @@ def handler(op):
         lines.append(f"[[maybe_unused]] auto r = {call};")
     lines.extend(f"WriteSlot(s, a{n});" for n, p in enumerate(op.params) if p.mode == "out")
     if result == "u64":
-        lines.append("WriteU64(s, AsWire(r));" if op.result.kind == "object" else "WriteU64(s, r);")
+        lines.append("WriteU64(s, Remember(AsWire(r)));" if op.result.kind == "object" else "WriteU64(s, r);")
     elif result == "i32":
         lines.append("WriteI32(s, static_cast<std::int32_t>(r));")
     elif result == "string":
@@ -124,4 +124,18 @@ def protocol_table(cat):
             out.append(f"\n### {current.name}\n\n| Function | Request after the name | Response |\n|---|---|---|\n")
         request, response = wire_signature(op)
         out.append(f"| `{op.export}` | {', '.join(request) or 'nothing'} | {', '.join(response) or 'nothing'} |\n")
+    return "".join(out)
+
+
+def emit_signature_table(cat):
+    """The wire signatures as data, for the load tool, the fuzzer's seeds and
+    tests: one entry per remotable function, kinds separated by commas."""
+    out = ["// Generated from the catalogue; do not edit.\n#pragma once\n\n#include <cstddef>\n\n",
+           "namespace tvapic::bridge {\n\nstruct WireSignature {\n    const char* name;\n"
+           "    const char* request;   // e.g. \"u64,string,i32 slot\"\n    const char* response;\n};\n\n",
+           "inline constexpr WireSignature kWireSignatures[] = {\n"]
+    for op in remotable(cat):
+        request, response = wire_signature(op)
+        out.append(f'    {{"{op.export}", "{",".join(request)}", "{",".join(response)}"}},\n')
+    out.append("};\n\n}  // namespace tvapic::bridge\n")
     return "".join(out)

@@ -16,6 +16,7 @@ texts as a JSON array (`null` for a null list).
 """
 
 import argparse
+import inspect
 import json
 import sys
 
@@ -119,7 +120,7 @@ def main(argv=None, out=None):
             return 0
         sig = signature(args.name)
         if args.command == "help":
-            print(getattr(Client, sig.name).__doc__, file=out)
+            print(inspect.getdoc(getattr(Client, sig.name)), file=out)
             return 0
         values = parse_arguments(sig, args.args)
     except ValueError as e:
