@@ -1,8 +1,8 @@
 """setuptools build of the tvapic package (`python3 setup.py build`, bdist_wheel).
 
 pip uses the package's own build backend (see pyproject.toml), which needs no
-package from an index; both put the table generated from the catalogue,
-tvapic/_remote.py, into what they build.
+package from an index; both put the modules generated from the catalogue
+(tvapic/_remote.py, _native.py, _objects.py and the stubs) into what they build.
 """
 
 import sys
@@ -12,15 +12,15 @@ from setuptools import setup
 from setuptools.command.build_py import build_py
 
 sys.path.insert(0, str(Path(__file__).resolve().parent / "_build"))
-from tvapic_table import write_table  # noqa: E402
+from tvapic_table import write_modules  # noqa: E402
 
 
 class BuildWithTable(build_py):
-    """Adds the function table generated from the catalogue to the package."""
+    """Adds the modules generated from the catalogue to the package."""
 
     def run(self):
         super().run()
-        write_table(Path(self.build_lib) / "tvapic" / "_remote.py")
+        write_modules(Path(self.build_lib) / "tvapic")
 
 
-setup(cmdclass={"build_py": BuildWithTable})
+setup(cmdclass={"build_py": BuildWithTable}, package_data={"tvapic": ["py.typed", "*.pyi"]})

@@ -1,6 +1,7 @@
 #include "sim/sim.h"
 
-#include "sim/model.h"
+#include "sim/application.h"
+#include "sim/standin.h"
 #include "tvapi/standin.h"
 
 namespace {
@@ -22,3 +23,11 @@ void tvsim_stop(void) {
 }
 
 }  // extern "C"
+
+namespace tvsim_standin {
+
+tvapi::WString LastMessage() { return running ? running->LastMessage().message : tvapi::WString(); }
+tvapi::WString LastMessageCaption() { return running ? running->LastMessage().caption : tvapi::WString(); }
+std::vector<int> ExecutedCommands() { return running ? running->ExecutedCommands() : std::vector<int>(); }
+
+}  // namespace tvsim_standin

@@ -12,47 +12,58 @@ import sys
 from pathlib import Path
 
 from . import catalogue as cat_mod
+from . import events as events_mod
 from . import families, stats
-from . import emit_bridge, emit_exports, emit_header, emit_probes, emit_python, emit_sim, emit_sweep, emit_tvapi
+from . import emit_bridge, emit_events, emit_exports, emit_header, emit_probes, emit_python, emit_sim, emit_sweep, emit_tvapi
+from . import emit_apidoc, emit_pynative, emit_pyobjects, emit_stubs
 
 GROUPS = ["application", "drawing", "model", "reports", "ui"]
 
 
-def outputs(cat):
+def outputs(cat, events):
     """Map of relative output path -> function producing its text."""
     files = {
-        "include/tvAPIC.h": lambda: emit_header.emit(cat),
-        "include/tvapi/declarations.h": lambda: emit_tvapi.emit_declarations(cat),
+        "include/tvAPIC.h": lambda: emit_header.emit(cat, events),
+        "include/tvapi/declarations.h": lambda: emit_tvapi.emit_declarations(cat, events),
         "probe/probe_faces.h": lambda: emit_probes.emit_declarations(cat),
     }
     for group in cat.groups:
-        files[f"include/tvapi/{group}.h"] = lambda g=group: emit_tvapi.emit_group(cat, g)
+        files[f"include/tvapi/{group}.h"] = lambda g=group: emit_tvapi.emit_group(cat, g, events)
         files[f"sim/defaults_{group}.h"] = lambda g=group: emit_sim.emit_group(cat, g)
         for n, part in enumerate(emit_exports.chunks(cat, group)):
             files[f"api/{group}_{n}.cpp"] = lambda g=group, p=part: emit_exports.emit_chunk(cat, g, p)
-            files[f"probe/{group}_{n}.cpp"] = lambda g=group, p=part: emit_probes.emit_chunk(cat, g, p)
+            # Faces of interfaces that take handlers come from emit_events.
+            files[f"probe/{group}_{n}.cpp"] = lambda g=group, p=part: emit_probes.emit_chunk(cat, g, events.plain(p))
             files[f"sweep/{group}_{n}.cpp"] = lambda g=group, p=part, k=n: emit_sweep.emit_chunk(cat, g, p, k)
     files["probe/registry.cpp"] = lambda: emit_probes.emit_registry(cat)
     files["bridge/handlers.cpp"] = lambda: emit_bridge.emit_handlers(cat)
     files["bridge/wire_signatures.h"] = lambda: emit_bridge.emit_signature_table(cat)
     files["python/tvapic/_remote.py"] = lambda: emit_python.emit(cat)
-    files["exports.map"] = lambda: version_script(cat)
+    files["python/tvapic/_native.py"] = lambda: emit_pynative.emit(cat, events)
+    files["python/tvapic/_objects.py"] = lambda: emit_pyobjects.emit(cat, events)
+    for rel, make in emit_stubs.outputs(cat, events).items():
+        files[f"python/tvapic/{rel}"] = make
+    for rel, make in emit_apidoc.outputs(cat, events).items():
+        files[f"docs/api/{rel}"] = make
+    files["exports.map"] = lambda: version_script(cat, events)
     files["sweep/cases.cpp"] = lambda: emit_sweep.emit_index(cat)
+    files.update(emit_events.outputs(cat, events))
     return files
 
 
-def export_names(cat):
+def export_names(cat, events):
     """Every function the library exports, in header order."""
     names = ["IAPIObject_AddRef", "IAPIObject_Release", "IAPIObject_IsSameObjects"]
     names += [name for _, name, _ in families.container_prototypes()]
     names += [op.export for op in cat.ops()]
+    names += [e.export for e in events.events()]
     return names
 
 
-def version_script(cat):
+def version_script(cat, events):
     """The ELF version script: the catalogue's exports and nothing else, so
     that no template instantiation of a library the code uses leaks out."""
-    names = "".join(f"    {name};\n" for name in export_names(cat))
+    names = "".join(f"    {name};\n" for name in export_names(cat, events))
     return f"{{\n  global:\n{names}  local: *;\n}};\n"
 
 
@@ -74,6 +85,7 @@ def main(argv=None):
     args = parser.parse_args(argv)
     try:
         cat = cat_mod.load(args.catalogue, GROUPS)
+        events = events_mod.load(args.catalogue, cat)
     except cat_mod.CatalogueError as e:
         print(f"tvgen: {e}", file=sys.stderr)
         return 1
@@ -84,9 +96,9 @@ def main(argv=None):
         print(stats.table(cat))
         return 0
     if args.exports:
-        print("\n".join(export_names(cat)))
+        print("\n".join(export_names(cat, events)))
         return 0
-    files = outputs(cat)
+    files = outputs(cat, events)
     if args.list:
         print(";".join(sorted(files)))
         return 0

@@ -1,6 +1,6 @@
 """Emits tvAPIC.h, the public C header: types, vector families, every export."""
 
-from . import families
+from . import emit_events, families
 from .ctypes_map import c_signature
 
 PREAMBLE = """\
@@ -62,7 +62,7 @@ POSTAMBLE = """
 """
 
 
-def emit(cat):
+def emit(cat, events=None):
     out = [PREAMBLE]
     for fam in families.FAMILIES:
         out.append(f"typedef struct {fam.c_type} {{ uint64_t size; {fam.element}* data; }} {fam.c_type};\n")
@@ -81,5 +81,7 @@ def emit(cat):
         for op in ops:
             result, params = c_signature(op)
             out.append(f"TVAPIC_API {result} {op.export}({params});\n")
+    if events:
+        out.append(emit_events.header_section(events))
     out.append(POSTAMBLE)
     return "".join(out)

@@ -1,8 +1,8 @@
 """The package's build backend (PEP 517 and 660), standard library only.
 
-Builds a pure-Python wheel of the tvapic package with its function table
-generated from the catalogue (see tvapic_table), an sdist that ships the
-table, and an editable wheel. Metadata comes from setup.cfg.
+Builds a pure-Python wheel of the tvapic package with its modules generated
+from the catalogue (see tvapic_table), an sdist that ships them, and an
+editable wheel. Metadata comes from setup.cfg.
 """
 
 import base64
@@ -14,7 +14,7 @@ import tempfile
 import zipfile
 from pathlib import Path
 
-from tvapic_table import PROJECT, SHIPPED, write_table
+from tvapic_table import MODULES, PROJECT, write_modules
 
 _TAG = "py3-none-any"
 _EPOCH = (1980, 1, 1, 0, 0, 0)  # fixed times: the same sources give the same wheel
@@ -51,15 +51,17 @@ def _metadata_files(m):
 
 
 def _package_files():
-    """{path in the wheel: bytes}: the package's modules and its generated table."""
+    """{path in the wheel: bytes}: the package's modules, its marker of type
+    information and its generated modules."""
     files = {}
-    for path in sorted((PROJECT / "tvapic").glob("*.py")):
-        if path.name != "_remote.py":
+    sources = sorted((PROJECT / "tvapic").glob("*.py")) + [PROJECT / "tvapic" / "py.typed"]
+    for path in sources:
+        if path.name not in MODULES:
             files[f"tvapic/{path.name}"] = path.read_bytes()
     with tempfile.TemporaryDirectory() as out:
-        table = Path(out) / "_remote.py"
-        write_table(table)
-        files["tvapic/_remote.py"] = table.read_bytes()
+        write_modules(out)
+        for name in MODULES:
+            files[f"tvapic/{name}"] = (Path(out) / name).read_bytes()
     return files
 
 
@@ -106,14 +108,14 @@ def build_wheel(wheel_directory, config_settings=None, metadata_directory=None):
 
 
 def build_editable(wheel_directory, config_settings=None, metadata_directory=None):
-    """A wheel that puts the sources on the path; the table is generated beside them."""
-    write_table(SHIPPED)
+    """A wheel that puts the sources on the path; the generated modules are written beside them."""
+    write_modules(PROJECT / "tvapic")
     m = _metadata()
     return _write_wheel(wheel_directory, {f"{m['name']}.pth": f"{PROJECT}\n".encode("utf-8")})
 
 
 def build_sdist(sdist_directory, config_settings=None):
-    """The sources with the generated table, so that they build without the repository."""
+    """The sources with the generated modules, so that they build without the repository."""
     m = _metadata()
     base = f"{m['name']}-{m['version']}"
     files = {name: (PROJECT / name).read_bytes()

@@ -19,7 +19,7 @@ def test_system_version_fills_the_slots_sent_with_a_value(app):
     assert app.IApplication_GetSystemVersion(None, 5, build=-1) == (None, 1, None, 2611, True)
 
 
-def test_a_document_added_named_described_and_saved(app):
+def test_a_document_added_named_described_and_saved(app, tmp_path):
     documents = app.IApplication_GetDocuments()
     assert isinstance(documents, Handle) and documents == app.IApplication_GetDocuments()
     document = app.IDocuments_Add(documents, 1, False)
@@ -30,10 +30,12 @@ def test_a_document_added_named_described_and_saved(app):
     assert app.ITavraDocument_SetAuthor(document, author) is None
     assert app.ITavraDocument_GetAuthor(document) == author
     assert app.ITavraDocument_IsChanged(document) is True
-    assert app.ITavraDocument_SaveAs(document, "/plans/Été.tvd") is True
+    # The host writes the document: a folder of the test's own.
+    path = str(tmp_path / "Été.tvd")
+    assert app.ITavraDocument_SaveAs(document, path) is True
     assert app.ITavraDocument_GetName(document) == "Été.tvd"
-    assert app.ITavraDocument_GetPath(document) == "/plans/"
-    assert app.IDocuments_GetItemByFilePath(documents, "/plans/Été.tvd") == document
+    assert app.ITavraDocument_GetPath(document) == str(tmp_path) + "/"
+    assert app.IDocuments_GetItemByFilePath(documents, path) == document
     assert app.ITavraDocument_IsChanged(document) is False
     assert app.ITavraDocument_SaveAs(document, "") is False
     assert app.ITavraDocument_GetDocumentGabarit(document, 0.0, 0.0, None, 0.0) == (0.0, 0.0, None, 297.0, True)

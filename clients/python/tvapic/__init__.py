@@ -4,6 +4,9 @@ Client          calls functions over TCP, one connection per call
 Handle          an object handle (None is the null handle)
 ProtocolError   a response that does not fit the function called
 SIGNATURES      every remotable function's wire signature, by name
+
+tvapic.native   every export of libtvAPIC, called in process (ctypes)
+tvapic.objects  one class per interface, over tvapic.native or a Client
 """
 
 from .wire import Handle, Param, ProtocolError, Result, Signature

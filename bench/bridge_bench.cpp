@@ -1,0 +1,170 @@
+// The remote call bridge over loopback: IDrawingObject_GetLayerNumber, one
+// call per connection, a client calling back to back so the server is never
+// idle for long, against the bare server (loopback.h) in the same run.
+//
+// The library is loaded and started as the host does (see the bridge
+// tests); a simulated main loop runs the calls the server hands over. The
+// drawing object handle is one the bridge gave out: the fast application's
+// active document, which also answers IDrawingObject.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "UI_App/GuiApp.h"
+#include "fast_host.h"
+#include "loopback.h"
+#include "sim/library_loader.h"
+#include "sim/main_loop.h"
+#include "tvSys2/entry_points.h"
+#include "tvapi/standin.h"
+
+namespace {
+
+std::string U64(std::uint64_t v) { return std::string(reinterpret_cast<const char*>(&v), sizeof v); }
+std::string I32(std::int32_t v) { return std::string(reinterpret_cast<const char*>(&v), sizeof v); }
+std::string Name(const std::string& name) { return U64(name.size()) + name; }
+
+// The library's API Server with the fast host behind it, for the whole run.
+class RunningBridge {
+public:
+    RunningBridge() : document_(bench::NewFastObject()), application_(bench::NewFastApplication(document_)) {
+        std::string error;
+        if (!LoadLibraryAt(TVAPIC_LIBRARY_PATH, error)) {
+            std::fprintf(stderr, "cannot load %s: %s\n", TVAPIC_LIBRARY_PATH, error.c_str());
+            return;
+        }
+        tvapi_standin::SetApplication(application_);
+        ui_app_standin::SetUseStartPort(false);  // "no": the given port is used
+        port_ = bench::FreePort();
+        entry()->Start(port_);
+        main_thread_ = std::thread([this] { loop_.Run(); });
+        serving_ = WaitUntilServing();
+        request_ = Name("IDrawingObject_GetLayerNumber") + (serving_ ? GivenDocument() : U64(0));
+    }
+    ~RunningBridge() {
+        if (main_thread_.joinable()) {
+            entry()->Stop();
+            loop_.Quit();
+            main_thread_.join();
+        }
+        tvapi_standin::SetApplication(nullptr);
+        bench::DeleteFastApplication(application_);
+        // Handles sent to a client keep their reference (there is no remote
+        // release): those are given back here, then our own.
+        auto* document = static_cast<tvapi::IAPIObject*>(document_);
+        while (bench::ReferenceCount(document_) > 1) document->Release();
+        document->Release();
+    }
+
+    bool serving() const { return serving_; }
+    std::uint16_t port() const { return port_; }
+    // The measured request: the name and a handle the bridge handed out.
+    const std::string& request() const { return request_; }
+
+private:
+    static tvapic::ITvAPICEntry* entry() { return tvsys2_standin::RegisteredEntry(); }
+
+    bool WaitUntilServing() {
+        for (int attempt = 0; attempt < 200; ++attempt) {
+            try {
+                // An empty name is served with no answer at all.
+                if (bench::LoopbackClient(port_).Call(U64(0)).empty()) return true;
+            } catch (const boost::system::system_error&) {
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return false;
+    }
+    std::string GivenDocument() {
+        std::string handle = bench::LoopbackClient(port_).Call(Name("IApplication_GetActiveDocument"));
+        return handle.size() == 8 ? handle : U64(0);
+    }
+
+    void* document_;
+    tvapi::IApplication* application_;
+    std::uint16_t port_ = 0;
+    bool serving_ = false;
+    std::string request_;
+    tvsim::MainLoop loop_;
+    std::thread main_thread_;
+};
+
+RunningBridge* bridge = nullptr;
+
+struct Server {
+    explicit Server(const char* n) : name(n) {}
+    const char* name;
+    std::vector<double> us;            // each call's latency
+    std::vector<double> calls_per_s;  // each block's
+};
+
+constexpr int kCallsPerBlock = 25;
+
+// A block of calls back to back. False when a call went unanswered.
+bool Block(bench::LoopbackClient& client, Server& server, const std::string& request, std::vector<double>& pair) {
+    using Clock = std::chrono::steady_clock;
+    auto block_start = Clock::now();
+    for (int i = 0; i < kCallsPerBlock; ++i) {
+        auto start = Clock::now();
+        if (client.Call(request).size() != 4) return false;
+        server.us.push_back(std::chrono::duration<double, std::micro>(Clock::now() - start).count());
+    }
+    double block_us = std::chrono::duration<double, std::micro>(Clock::now() - block_start).count();
+    server.calls_per_s.push_back(1e6 * kCallsPerBlock / block_us);
+    pair.push_back(block_us);
+    return true;
+}
+
+double Percentile(std::vector<double>& v, int percent) {
+    std::sort(v.begin(), v.end());
+    return v[v.size() * percent / 100];
+}
+
+// Blocks of calls to the library's server and to the bare server in turn
+// (which goes first alternates), so that both see the same machine.
+void Bridge(benchmark::State& state) {
+    if (!bridge->serving()) return state.SkipWithError("the API Server did not start");
+    static bench::BareServer bare_server;
+    const std::string& request = bridge->request();
+    bench::LoopbackClient library_client(bridge->port());
+    bench::LoopbackClient bare_client(bare_server.port());
+    if (library_client.Call(request) != I32(bench::kLayerNumber)) return state.SkipWithError("the host was not reached");
+    Server library("library"), bare("bare");
+    std::vector<double> ratios;  // calls per second, library over bare, per pair of blocks
+    bool bare_first = false;
+    for (auto _ : state) {
+        std::vector<double> pair;
+        bool answered = bare_first ? Block(bare_client, bare, request, pair) && Block(library_client, library, request, pair)
+                                   : Block(library_client, library, request, pair) && Block(bare_client, bare, request, pair);
+        if (!answered) return state.SkipWithError("a call went unanswered");
+        ratios.push_back(bare_first ? pair[0] / pair[1] : pair[1] / pair[0]);
+        bare_first = !bare_first;
+    }
+    for (Server* s : {&library, &bare}) {
+        std::string name = s->name;
+        state.counters[name + "_calls_per_s"] = Percentile(s->calls_per_s, 50);
+        state.counters[name + "_p50_us"] = Percentile(s->us, 50);
+        state.counters[name + "_p99_us"] = Percentile(s->us, 99);
+    }
+    state.counters["ratio"] = Percentile(ratios, 50);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    benchmark::RegisterBenchmark("bridge/get_layer_number", Bridge)->UseRealTime();
+    auto running = std::make_unique<RunningBridge>();
+    bridge = running.get();
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -1,0 +1,18 @@
+// The baselines of the call-frame benchmarks: the host calls an export
+// makes, written out by hand in C++ as a careful caller would: the query
+// with a fresh copy of the IID text, AddRef, the operation, Release, and
+// the same allocation for what is handed back. Kept in a translation unit
+// of their own so that, like the exports, they are not inlined.
+#pragma once
+
+#include "tvAPIC.h"
+
+namespace bench::hand {
+
+int GetLayerNumber(void* drawing);                             // IDrawingObject_GetLayerNumber
+tvWChar* GetName(void* document);                              // ITavraDocument_GetName
+void* GetCurve2D(void* drawing);                               // IDrawingObject_GetCurve2D
+bool PointOn(void* curve, double t, double* x, double* y);     // ICurve2D_PointOn
+DoubleVector_t* CalculatePolygon(void* curve, double tolerance);  // ICurve2D_CalculatePolygon
+
+}  // namespace bench::hand

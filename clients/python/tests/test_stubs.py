@@ -1,0 +1,134 @@
+"""The type stubs beside the package: valid Python, one declaration for every
+export, interface method and remote function, the modules' own names, and a
+type checker that accepts a correct script and flags wrong calls."""
+import ast
+import inspect
+import os
+import shutil
+import subprocess
+import sys
+from pathlib import Path
+
+import pytest
+
+import tvapic
+from inprocess import in_process_suite
+from tvapic import SIGNATURES, objects
+from tvapic._native import FUNCTIONS
+
+pytestmark = in_process_suite
+
+PACKAGE = Path(tvapic.__file__).resolve().parent
+
+
+def stub(name):
+    path = PACKAGE / name
+    if not path.is_file():
+        pytest.skip(f"no {name} beside the package")
+    return ast.parse(path.read_text(encoding="utf-8"), filename=str(path))
+
+
+def functions(tree):
+    return {node.name: node for node in tree.body if isinstance(node, ast.FunctionDef)}
+
+
+def classes(tree):
+    return {node.name: node for node in tree.body if isinstance(node, ast.ClassDef)}
+
+
+def declared(tree):
+    names = set(functions(tree)) | set(classes(tree))
+    for node in tree.body:
+        if isinstance(node, ast.AnnAssign):
+            names.add(node.target.id)
+        elif isinstance(node, ast.Assign):
+            names.update(t.id for t in node.targets)
+    return names
+
+
+def parameters(node):
+    return [a.arg for a in node.args.args]
+
+
+def test_native_declares_every_export_with_its_parameters():
+    from tvapic import native
+    tree = stub("native.pyi")
+    defs = functions(tree)
+    for name, (result, *params) in FUNCTIONS.items():
+        assert name in defs, name
+        assert parameters(defs[name]) == [p.rsplit(" ", 1)[1] for p in params], name
+    assert set(native.__all__) <= declared(tree)
+    gabarit = ast.unparse(defs["ITavraDocument_GetDocumentGabarit"])
+    assert "-> _t.Tuple[_t.Optional[float], _t.Optional[float], _t.Optional[float], _t.Optional[float], bool]" in gabarit
+
+
+def test_objects_declares_every_interface_and_method():
+    tree = stub("objects.pyi")
+    found = classes(tree)
+    for name, (_, _, root, _, methods) in objects.INTERFACES.items():
+        assert name in found, name
+        defs = {n.name: n for n in found[name].body if isinstance(n, ast.FunctionDef)}
+        assert set(defs) == set(methods), name
+        for method in methods:
+            runtime = list(inspect.signature(getattr(objects.interface_class(name), method)).parameters)
+            assert parameters(defs[method]) == runtime, f"{name}.{method}"
+    assert set(objects.__all__) <= declared(tree)
+    # A remotable result that does not travel may come back as None.
+    date = next(n for n in found["ITavraDocument"].body if getattr(n, "name", "") == "GetCreationDate")
+    assert ast.unparse(date.returns) == "_t.Optional[float]"
+
+
+def test_the_remote_client_declares_every_function():
+    tree = stub("_remote.pyi")
+    remote = classes(tree)["RemoteAPI"]
+    defs = {n.name: n for n in remote.body if isinstance(n, ast.FunctionDef)}
+    assert set(defs) == set(SIGNATURES)
+    for name, sig in SIGNATURES.items():
+        assert parameters(defs[name]) == ["self"] + [p.name for p in sig.params], name
+
+
+CORRECT = '''
+from tvapic import Client, native, objects
+
+documents = native.IApplication_GetDocuments()
+document = native.IDocuments_Add(documents, 1, True)
+native.ITavraDocument_SetAuthor(document, "Ada")
+author: str = native.ITavraDocument_GetAuthor(document)
+x1, y1, x2, y2, ok = native.ITavraDocument_GetDocumentGabarit(document)
+files, count = native.ITavraDocument_GetExternalFilesNames(document, True, ["a.tvd"])
+first: str = files[0]
+app = objects.application(Client(port=8001))
+docs = app.GetDocuments()
+if docs is not None:
+    doc = docs.Add(1, True)
+    if doc is not None:
+        name: str = doc.GetName()
+        drawing: objects.ITavraDocument2D = doc.query(objects.ITavraDocument2D)
+build: int = Client().IApplication_GetBuildNumber()
+'''
+
+WRONG = '''
+from tvapic import Client, native, objects
+
+native.IDocuments_Add(None, "one", True)
+name: int = native.ITavraDocument_GetName(None)
+objects.application().GetDocuments().Add(1)
+Client().ITavraDocument_SetAuthor(None, 5)
+'''
+
+
+def test_a_type_checker_accepts_correct_calls_and_flags_wrong_ones(tmp_path):
+    if not os.environ.get("TVAPIC_TYPECHECK"):
+        pytest.skip("the type check runs on its own (CTest's Python.StubsTypeCheck; TVAPIC_TYPECHECK=1)")
+    if not shutil.which("mypy") and subprocess.run([sys.executable, "-m", "mypy", "--version"],
+                                                   capture_output=True).returncode != 0:
+        pytest.skip("mypy is not installed (Debian: python3-mypy)")
+    (tmp_path / "correct.py").write_text(CORRECT)
+    (tmp_path / "wrong.py").write_text(WRONG)
+    # One run for both: reading the stubs is most of its time.
+    run = subprocess.run([sys.executable, "-m", "mypy", "--no-incremental", "--cache-dir", str(tmp_path / "cache"),
+                          "correct.py", "wrong.py"], capture_output=True, text=True, cwd=tmp_path,
+                         env={"MYPYPATH": str(PACKAGE.parent), "PATH": "/usr/bin:/bin"})
+    errors = [line for line in run.stdout.splitlines() if ": error:" in line]
+    assert not [e for e in errors if e.startswith("correct.py")], run.stdout
+    assert sorted({int(e.split(":")[1]) for e in errors if e.startswith("wrong.py")}) == [4, 5, 6, 7], run.stdout

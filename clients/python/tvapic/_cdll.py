@@ -1,0 +1,144 @@
+"""Finding and loading libtvAPIC, the C runtime's free, and 16-bit text.
+
+The library is looked for, in order: at the path in TVAPIC_LIBRARY; beside
+the tvapic package (or in its parent directory); by name through the system's
+loader (an installed library). Text crosses as UTF-16 units on every platform:
+ctypes' c_wchar is four bytes where wchar_t is, so it is never used.
+"""
+
+import ctypes
+import os
+import sys
+import threading
+from pathlib import Path
+
+ENVIRONMENT = "TVAPIC_LIBRARY"
+UTF16 = "utf-16-le" if sys.byteorder == "little" else "utf-16-be"
+
+_lock = threading.Lock()
+_loaded = None   # (path, CDLL)
+
+
+class LibraryNotFound(OSError):
+    """libtvAPIC could not be found or loaded."""
+
+
+def library_names():
+    """File names of the library on this platform, most specific first."""
+    if sys.platform == "win32":
+        return ["tvAPIC.dll"]
+    if sys.platform == "darwin":
+        return ["libtvAPIC.dylib"]
+    return ["libtvAPIC.so", "libtvAPIC.so.0"]
+
+
+def _candidates():
+    package = Path(__file__).resolve().parent
+    return [folder / name for folder in (package, package.parent) for name in library_names()]
+
+
+def _open(path):
+    return ctypes.CDLL(str(path))
+
+
+def load(path=None):
+    """The loaded library as (path, CDLL); loads it on first use.
+
+    path (or TVAPIC_LIBRARY) names the file explicitly; a library already
+    loaded from another path is an error rather than a second copy.
+    """
+    global _loaded
+    with _lock:
+        wanted = path or os.environ.get(ENVIRONMENT) or None
+        if _loaded:
+            if wanted and Path(wanted).resolve() != Path(_loaded[0]).resolve():
+                raise LibraryNotFound(f"libtvAPIC is already loaded from {_loaded[0]}; cannot load {wanted}")
+            return _loaded
+        if wanted:
+            if not Path(wanted).is_file():
+                raise LibraryNotFound(f"no library at {wanted}" +
+                                      (f" (from {ENVIRONMENT})" if not path else ""))
+            _loaded = (str(wanted), _load_or_explain(wanted))
+            return _loaded
+        for candidate in _candidates():
+            if candidate.is_file():
+                _loaded = (str(candidate), _load_or_explain(candidate))
+                return _loaded
+        errors = []
+        for name in library_names():
+            try:
+                _loaded = (name, _open(name))
+                return _loaded
+            except OSError as e:
+                errors.append(str(e))
+        raise LibraryNotFound(f"libtvAPIC was not found: set {ENVIRONMENT} to its path, place it beside the "
+                              f"tvapic package, or install it where the system's loader looks "
+                              f"({'; '.join(errors)})")
+
+
+def loaded_path():
+    """The path the library was loaded from, or None before it is loaded."""
+    return _loaded[0] if _loaded else None
+
+
+def _load_or_explain(path):
+    try:
+        return _open(path)
+    except OSError as e:
+        raise LibraryNotFound(f"{path} could not be loaded: {e}") from None
+
+
+# --- the C runtime (platform-specific) -----------------------------------------
+
+def _c_runtime():
+    """The C runtime the library allocates its returned blocks with."""
+    if sys.platform == "win32":
+        # The universal CRT for MSVC and current MinGW builds, msvcrt for older MinGW ones.
+        for name in ("ucrtbase", "msvcrt"):
+            try:
+                return ctypes.CDLL(name)
+            except OSError:
+                continue
+        raise LibraryNotFound("no C runtime (ucrtbase or msvcrt) to free returned blocks with")
+    return ctypes.CDLL(None)
+
+
+_runtime = _c_runtime()
+free = _runtime.free
+free.argtypes = [ctypes.c_void_p]
+free.restype = None
+malloc = _runtime.malloc
+malloc.argtypes = [ctypes.c_size_t]
+malloc.restype = ctypes.c_void_p
+
+
+# --- text -----------------------------------------------------------------------
+
+def to_units(text, where):
+    """A zero-terminated array of UTF-16 units holding text."""
+    if not isinstance(text, str):
+        raise TypeError(f"{where} must be a str, not {type(text).__name__}")
+    if "\0" in text:
+        raise ValueError(f"{where} cannot hold a NUL character: the function would see the text cut there")
+    data = text.encode(UTF16, "surrogatepass")
+    return (ctypes.c_uint16 * (len(data) // 2 + 1)).from_buffer_copy(data + b"\0\0")
+
+
+def read_units(address):
+    """The text of a zero-terminated block of UTF-16 units ("" for a null pointer)."""
+    if not address:
+        return ""
+    units = ctypes.cast(address, ctypes.POINTER(ctypes.c_uint16))
+    n = 0
+    while units[n]:
+        n += 1
+    return ctypes.string_at(address, 2 * n).decode(UTF16, "surrogatepass")
+
+
+def take_units(address):
+    """read_units, then the block is freed: text the caller owns."""
+    try:
+        return read_units(address)
+    finally:
+        if address:
+            free(address)

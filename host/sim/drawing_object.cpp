@@ -1,0 +1,98 @@
+#include "sim/drawing_object.h"
+
+#include "sim/drawing_document.h"
+#include "sim/enums.h"
+#include "sim/layers.h"
+#include "sim/view.h"
+
+namespace tvsim {
+
+DrawingObject::DrawingObject(View& view, const DrawingObjectData& common)
+    : Default<tvapi::IDrawingObject>(this), view_(&view), common_(common) {}
+
+DrawingObject* DrawingObject::From(tvapi::IDrawingObject* face) { return dynamic_cast<DrawingObject*>(face); }
+
+DrawingDocument* DrawingObject::Document() const { return view_ ? view_->Document() : nullptr; }
+
+void DrawingObject::Changed() {
+    if (DrawingDocument* document = Document()) document->MarkChanged();
+}
+
+tvapi::tvDrawingObjectTypeEnum DrawingObject::GetDrawingObjectType() {
+    return static_cast<tvapi::tvDrawingObjectTypeEnum>(Kind());
+}
+
+// Only the document's layers take objects.
+void DrawingObject::SetLayerNumber(int value) {
+    DrawingDocument* document = Document();
+    if (!document || !document->AllLayers().ByNumber(value)) return;
+    common_.layer = value;
+    Changed();
+}
+
+bool DrawingObject::Delete() {
+    if (!view_) return false;
+    view_->Remove(*this);  // the view's reference goes; the caller's keeps this alive
+    return true;
+}
+
+tvapi::tvDrawingObjectParamTypeEnum DrawingObject::GetDrawingObjectParamType() {
+    return static_cast<tvapi::tvDrawingObjectParamTypeEnum>(common_.param_type);
+}
+
+void DrawingObject::SetDrawingObjectParamType(tvapi::tvDrawingObjectParamTypeEnum value) {
+    common_.param_type = value;
+    Changed();
+}
+
+void DrawingObject::SetTransparentBackground(bool value) {
+    common_.transparent = value;
+    Changed();
+}
+
+void DrawingObject::SetAutoTransparentBackground(bool value) {
+    common_.auto_transparent = value;
+    Changed();
+}
+
+tvapi::WString DrawingObject::GetHyperLinkParam(tvapi::tvHyperLinkTypeEnum* linkType) {
+    *linkType = static_cast<tvapi::tvHyperLinkTypeEnum>(common_.link_type);
+    return common_.link;
+}
+
+bool DrawingObject::DeleteHyperLink() {
+    if (!view_ || common_.link_type == link_type::kNone) return false;
+    SetLink(link_type::kNone, {});
+    return true;
+}
+
+void DrawingObject::SetLink(int type, const tvapi::WString& reference) {
+    common_.link_type = type;
+    common_.link = type == link_type::kNone ? tvapi::WString() : reference;
+    Changed();
+}
+
+tvapi::tvLightObjectTypeEnum DrawingObject::GetLightObjectType() {
+    return static_cast<tvapi::tvLightObjectTypeEnum>(common_.light_type);
+}
+
+void DrawingObject::SetLightObjectType(tvapi::tvLightObjectTypeEnum value) {
+    common_.light_type = value;
+    Changed();
+}
+
+void DrawingObject::SetStyle(int value) {
+    common_.style = value;
+    Changed();
+}
+
+tvapi::SmartPtr<tvapi::IView> DrawingObject::GetView() { return Share<tvapi::IView>(view_); }
+
+bool DrawingObject::IsShown() const {
+    DrawingDocument* document = Document();
+    if (!document || !view_->Shown()) return false;
+    Layer* layer = document->AllLayers().ByNumber(common_.layer);
+    return layer && layer->Shown();
+}
+
+}  // namespace tvsim

@@ -1,0 +1,40 @@
+// Text, numbers and files for the simulated host: UTF-16 host text to and
+// from UTF-8, numbers that read back exactly, and whole-file reads and writes.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "tvapi/core.h"
+
+namespace tvsim {
+
+// ASCII text as host text.
+tvapi::WString Widen(std::string_view ascii);
+
+// UTF-8 of host text; an unpaired surrogate becomes U+FFFD.
+std::string ToUtf8(const tvapi::WString& text);
+// Host text of UTF-8; false for malformed input, leaving `out` untouched.
+bool FromUtf8(std::string_view bytes, tvapi::WString& out);
+
+// The shortest form that reads back as the same double.
+std::string FormatNumber(double value);
+tvapi::WString FormatNumberText(double value);
+// Whole-token parses; false for anything else, including trailing text.
+bool ParseNumber(std::string_view token, double& value);
+bool ParseInt(std::string_view token, int& value);
+
+std::filesystem::path ToPath(const tvapi::WString& path);
+// The file name part of a path, either separator.
+tvapi::WString FileNamePart(const tvapi::WString& path);
+// The folder part with its trailing separator, or empty.
+tvapi::WString FolderPart(const tvapi::WString& path);
+
+bool IsFile(const tvapi::WString& path);
+bool ReadWholeFile(const tvapi::WString& path, std::string& bytes);
+// Writes beside the target first and renames over it, so a failed write
+// leaves an existing file as it was.
+bool WriteWholeFile(const tvapi::WString& path, const std::string& bytes);
+
+}  // namespace tvsim

@@ -1,0 +1,358 @@
+"""Reads catalogue/events.api: the interfaces that take event handlers.
+
+Three kinds of block (grammar in catalogue/README.md, section "Events"):
+
+  events Name IID keyed|unkeyed   an Events interface, queried by its IID
+  handlers Name [unqueried]       handlers set on an interface of the other
+                                  catalogue files, or on a host object that is
+                                  not an API object at all
+  interface Name IID              an ordinary interface (event results)
+
+Ordinary operations of an Events interface (RemoveAllHandlers, the filters)
+and the `interface` blocks join the interface catalogue as its group
+"events", so every generator treats them like any other operation; the
+events themselves stay here, with the registrations they become.
+"""
+
+import re
+from dataclasses import dataclass, field
+from pathlib import Path
+
+from . import catalogue as cat_mod
+from .catalogue import CatalogueError, Type
+
+GROUP = "events"
+FILE = "events.api"
+
+EVENT_RE = re.compile(r"^  on (\S+) (\w+)\(([^)]*)\)(?: via (\w+))?\s*(?:#.*)?$")
+# Host enumerations keep the host's names: most are tv…Enum, a few lack the
+# prefix (DocumentTypeEnum) or the suffix (tvProcessContextMenuType).
+CALLBACK_ENUM_RE = re.compile(r"^(tv[A-Z]\w*|[A-Z]\w*Enum)$")
+CALLBACK_SCALARS = ("bool", "int", "uint32", "int64", "double")
+CALLBACK_LISTS = ("Int32Vector", "StringVector")
+# What a callback may change: the host reads these back after the call.
+INOUT_KINDS = ("text", "int", "bool", "StringVector")
+
+
+@dataclass(frozen=True)
+class CallbackParam:
+    type: Type
+    name: str
+    inout: bool = False
+
+    @property
+    def kind(self):
+        """The conversion this parameter needs: the type's kind, or the list family."""
+        return self.type.name if self.type.kind == "vector" else self.type.kind
+
+
+@dataclass
+class Event:
+    source: "Source"
+    name: str
+    result: Type            # void, bool, enum or pointer
+    params: list
+    registration: str       # the host's registration method, also the export's suffix
+    where: str
+
+    @property
+    def export(self):
+        return f"{self.source.name}_{self.registration}"
+
+    @property
+    def callback_type(self):
+        return f"{self.source.name}_{self.name}Callback"
+
+    @property
+    def handler_type(self):
+        return f"{self.name}Handler"
+
+
+@dataclass
+class Source:
+    """An interface that takes handlers, with its host operations in slot order."""
+    name: str
+    kind: str                       # "events", "handlers" or "unqueried"
+    keyed: bool
+    interface: object               # its catalogue Interface; None when unqueried
+    members: list = field(default_factory=list)  # Event and Operation, in slot order
+    where: str = ""
+
+    @property
+    def events(self):
+        return [m for m in self.members if isinstance(m, Event)]
+
+    @property
+    def queried(self):
+        return self.kind != "unqueried"
+
+
+@dataclass
+class Events:
+    sources: dict                   # name -> Source, in file order
+
+    def events(self):
+        for s in self.sources.values():
+            yield from s.events
+
+    def enums(self):
+        found = set()
+        for e in self.events():
+            for t in [e.result] + [p.type for p in e.params]:
+                if t.kind == "enum":
+                    found.add(t.name)
+        return sorted(found)
+
+    def takes_handlers(self, interface_name):
+        s = self.sources.get(interface_name)
+        return s is not None and s.queried
+
+    def plain(self, interfaces):
+        """The interfaces of a list that take no handlers."""
+        return [i for i in interfaces if not self.takes_handlers(i.name)]
+
+    def groups_named_by(self, cat, sources):
+        """Interface groups that the sources' signatures name, their own included."""
+        names = set()
+        for s in sources:
+            types = [p.type for e in s.events for p in e.params]
+            if s.interface is not None:
+                names.add(s.interface.name)
+                types += [t for op in s.interface.ops for t in [op.result] + [p.type for p in op.params]]
+            names |= {t.element or t.name for t in types if t.kind == "object" or t.element}
+        names.discard("IAPIObject")
+        groups = {cat.interfaces[n].group for n in names}
+        if any(not s.queried for s in sources):
+            groups.add(GROUP)  # where the unqueried interfaces are declared
+        return sorted(groups, key=cat.groups.index)
+
+
+def parse_callback_type(text, where):
+    m = re.fullmatch(r"ObjectReferenceVector<(\w+)>", text)
+    if m:
+        if not cat_mod.INTERFACE_RE.match(m.group(1)):
+            raise CatalogueError(f"{where}: bad element interface {m.group(1)!r}")
+        return Type("vector", "ObjectReferenceVector", m.group(1))
+    if text in CALLBACK_SCALARS or text in ("text", "pointer"):
+        return Type(text)
+    if text in CALLBACK_LISTS:
+        return Type("vector", text)
+    if cat_mod.INTERFACE_RE.match(text):
+        return Type("object", text)
+    if CALLBACK_ENUM_RE.match(text):
+        return Type("enum", text)
+    raise CatalogueError(f"{where}: {text!r} cannot reach a callback")
+
+
+def parse_callback_param(text, where):
+    words = text.split()
+    inout = bool(words) and words[0] == "inout"
+    if inout:
+        words = words[1:]
+    if len(words) != 2 or not cat_mod.NAME_RE.match(words[1]):
+        raise CatalogueError(f"{where}: callback parameter must be '[inout] type name': {text!r}")
+    p = CallbackParam(parse_callback_type(words[0], where), words[1], inout)
+    if inout and p.kind not in INOUT_KINDS:
+        raise CatalogueError(f"{where}: 'inout' applies to text, int, bool and StringVector, not {p.type}")
+    if p.kind == "StringVector" and not inout:
+        raise CatalogueError(f"{where}: a StringVector reaches a callback only as 'inout'")
+    return p
+
+
+def parse_result(text, where):
+    if text in ("void", "bool", "pointer"):
+        return Type(text)
+    if CALLBACK_ENUM_RE.match(text):
+        return Type("enum", text)
+    raise CatalogueError(f"{where}: a callback returns void, bool, pointer or an enumeration, not {text!r}")
+
+
+def parse_event(m, where, source):
+    result_text, name, params_text, via = m.groups()
+    params = [parse_callback_param(p, where) for p in cat_mod.split_params(params_text)]
+    if len({p.name for p in params}) != len(params):
+        raise CatalogueError(f"{where}: repeated parameter name")
+    return Event(source, name, parse_result(result_text, where), params, via or f"Add{name}Handler", where)
+
+
+def parse_source(line, where, cat):
+    words = line.split()
+    if words[0] == "events":
+        if len(words) != 4 or not cat_mod.IID_RE.match(words[2]) or words[3] not in ("keyed", "unkeyed"):
+            raise CatalogueError(f"{where}: expected 'events Name IID keyed|unkeyed'")
+        name = words[1]
+        if not cat_mod.INTERFACE_RE.match(name):
+            raise CatalogueError(f"{where}: interface names start with I and a capital: {name!r}")
+        if name in cat.interfaces:
+            raise CatalogueError(f"{where}: interface {name} declared twice")
+        interface = cat_mod.Interface(name, words[2], None, GROUP)
+        cat.interfaces[name] = interface
+        return Source(name, "events", words[3] == "keyed", interface, where=where)
+    if len(words) == 2 or (len(words) == 3 and words[2] == "unqueried"):
+        name = words[1]
+        if len(words) == 3:
+            if name in cat.interfaces:
+                raise CatalogueError(f"{where}: {name} is an API object; drop 'unqueried'")
+            return Source(name, "unqueried", False, None, where=where)
+        interface = cat.interfaces.get(name)
+        if interface is None or interface.iid is None:
+            raise CatalogueError(f"{where}: handlers need a queried interface of the catalogue, not {name!r}")
+        return Source(name, "handlers", False, interface, list(interface.ops), where)
+    raise CatalogueError(f"{where}: expected 'handlers Name [unqueried]'")
+
+
+def parse_file(path, cat, sources):
+    block = None   # the open Source, or the open plain Interface
+    for number, raw in enumerate(Path(path).read_text(encoding="utf-8").splitlines(), 1):
+        where = f"{path}:{number}"
+        line = raw.rstrip()
+        if not line.strip() or line.lstrip().startswith("#"):
+            continue
+        first = line.split()[0]
+        if first in ("events", "handlers"):
+            block = parse_source(line, where, cat)
+            if block.name in sources:
+                raise CatalogueError(f"{where}: {block.name} takes handlers in two blocks")
+            sources[block.name] = block
+            continue
+        if first == "interface":
+            block = cat_mod.parse_interface(line, where, GROUP)
+            if block.name in cat.interfaces:
+                raise CatalogueError(f"{where}: interface {block.name} declared twice")
+            cat.interfaces[block.name] = block
+            continue
+        if block is None:
+            raise CatalogueError(f"{where}: operation outside a block")
+        m = EVENT_RE.match(line)
+        if m:
+            if not isinstance(block, Source):
+                raise CatalogueError(f"{where}: events belong in an 'events' or 'handlers' block")
+            add_event(block, parse_event(m, where, block))
+            continue
+        m = cat_mod.OP_RE.match(line)
+        if not m:
+            raise CatalogueError(f"{where}: expected '  on result Event(params) [via Name]' or '  result Name(params)'")
+        interface = block.interface if isinstance(block, Source) else block
+        if isinstance(block, Source) and block.kind != "events":
+            raise CatalogueError(f"{where}: a 'handlers' block holds events only")
+        result_text, name, params_text, note = m.groups()
+        op = cat_mod.Operation(interface, name, cat_mod.parse_type(result_text, where),
+                               [cat_mod.parse_param(p, where) for p in cat_mod.split_params(params_text)],
+                               number, where, note or "")
+        taken = [o.name for o in interface.ops]
+        if isinstance(block, Source):
+            taken += [e.registration for e in block.events]
+        if name in taken:
+            raise CatalogueError(f"{where}: {interface.name}.{name} declared twice")
+        interface.ops.append(op)
+        if isinstance(block, Source):
+            block.members.append(op)
+
+
+def add_event(source, event):
+    taken = {e.name for e in source.events}
+    if event.name in taken:
+        raise CatalogueError(f"{event.where}: {source.name} event {event.name} declared twice")
+    members = {getattr(m, "registration", None) or m.name for m in source.members}
+    if event.registration in members:
+        raise CatalogueError(f"{event.where}: {source.name}.{event.registration} declared twice")
+    source.members.append(event)
+
+
+def check_source(source, cat):
+    if not source.events:
+        raise CatalogueError(f"{source.where}: {source.name} has no events")
+    for e in source.events:
+        for p in e.params:
+            name = p.type.element or (p.type.name if p.type.kind == "object" else None)
+            if name and name != "IAPIObject" and name not in cat.interfaces:
+                raise CatalogueError(f"{e.where}: {source.name}.{e.name}: interface {name} is not declared")
+            if name and name in cat.interfaces and cat.interfaces[name].root:
+                raise CatalogueError(f"{e.where}: {source.name}.{e.name}: rooted interface {name} cannot be passed")
+    if source.kind != "events":
+        return
+    # Removal takes the subscriber key exactly when registration does.
+    removal = [op for op in source.interface.ops if op.name == "RemoveAllHandlers"]
+    expected = ["text"] if source.keyed else []
+    if (len(removal) != 1 or removal[0].result.kind != "void"
+            or [str(p.type) for p in removal[0].params] != expected or any(p.mode for p in removal[0].params)):
+        shape = "void RemoveAllHandlers(text key)" if source.keyed else "void RemoveAllHandlers()"
+        raise CatalogueError(f"{source.where}: {'keyed' if source.keyed else 'unkeyed'} {source.name} "
+                             f"needs '{shape}'")
+
+
+def load(directory, cat):
+    """Reads the events file of a catalogue directory into `cat` and returns
+    the interfaces that take handlers. No file: no events."""
+    sources = {}
+    path = Path(directory) / FILE
+    if path.exists():
+        parse_file(path, cat, sources)
+    for s in sources.values():
+        check_source(s, cat)
+    if any(i.group == GROUP for i in cat.interfaces.values()) and GROUP not in cat.groups:
+        cat.groups.append(GROUP)
+    cat_mod.check_references(cat)
+    cat_mod.check_setters(cat)
+    exports = {op.export for op in cat.ops()}
+    for e in Events(sources).events():
+        if e.export in exports:
+            raise CatalogueError(f"{e.where}: export {e.export} declared twice")
+        exports.add(e.export)
+    return Events(sources)
+
+
+# How a callback's parameters and results appear to the host and to C.
+
+_HOST = {"bool": "bool", "int": "int", "uint32": "std::uint32_t", "int64": "std::uint64_t",
+         "double": "double", "pointer": "void*"}
+_C = {"bool": "int", "int": "int", "uint32": "uint32_t", "int64": "uint64_t", "double": "double",
+      "pointer": "void*", "enum": "int", "object": "void*"}
+
+
+def host_param(p):
+    t = p.type
+    if p.kind == "object":
+        return f"const tvapi::SmartPtr<tvapi::{t.name}>&"
+    if p.kind == "ObjectReferenceVector":
+        return f"const std::vector<tvapi::SmartPtr<tvapi::{t.element}>>&"
+    if p.kind == "Int32Vector":
+        return "const std::vector<std::int32_t>&"
+    if p.kind == "StringVector":
+        return "std::vector<tvapi::WString>&"
+    if p.kind == "text":
+        return "tvapi::WString&" if p.inout else "const tvapi::WString&"
+    base = f"tvapi::{t.name}" if p.kind == "enum" else _HOST[p.kind]
+    return base + "&" if p.inout else base
+
+
+def host_result(t):
+    return f"tvapi::{t.name}" if t.kind == "enum" else {"void": "void", "bool": "bool", "pointer": "void*"}[t.kind]
+
+
+def host_signature(e):
+    """The host handler's function type, e.g. bool(const tvapi::WString&)."""
+    return f"{host_result(e.result)}({', '.join(host_param(p) for p in e.params)})"
+
+
+def c_param(p):
+    if p.kind == "ObjectReferenceVector":
+        return "const ObjectReferenceVector_t*"
+    if p.kind == "Int32Vector":
+        return "const Int32Vector_t*"
+    if p.kind == "StringVector":
+        return "StringVector_t*"
+    if p.kind == "text":
+        return "tvWChar**" if p.inout else "const tvWChar*"
+    return _C[p.kind] + "*" if p.inout else _C[p.kind]
+
+
+def c_result(t):
+    return {"void": "void", "bool": "int", "enum": "int", "pointer": "void*"}[t.kind]
+
+
+def registration_params(e):
+    """The export's C parameters: the object, the key when keyed, the callback."""
+    first = "events" if e.source.kind == "events" else "handle"
+    key = ["const tvWChar* key"] if e.source.keyed else []
+    return ", ".join([f"void* {first}"] + key + [f"{e.callback_type} callback"])
