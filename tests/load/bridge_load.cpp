@@ -16,6 +16,10 @@
 // Reports calls made, answered correctly, wrong, and lost (no complete
 // answer: refused, reset or timed out). Exits with 0 only when every call
 // was answered correctly and every silent client was dropped in time.
+//
+// The simulated host saves and deletes documents as files under the names
+// it is given: start it in a scratch directory. Every text the tool sends is
+// empty or a relative name starting with "bridge_load".
 #include <algorithm>
 #include <atomic>
 #include <cctype>
@@ -37,10 +41,8 @@
 #include <utility>
 #include <vector>
 
-#include <boost/asio/connect.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
-#include <boost/asio/read.hpp>
 #include <boost/asio/write.hpp>
 
 #include "bridge/wire_signatures.h"
@@ -390,14 +392,18 @@ struct HandlePool {
 // ---------------------------------------------------------------------------
 // Requests
 
+// What a call's object handle is; the application's own functions take none.
+enum class HandleMode { Valid, Null, Forged, Application, UnknownName };
+constexpr const char* kModeNames[] = {"valid handle", "null handle", "forged handle", "application, no handle",
+                                      "unknown name"};
+constexpr std::size_t kModes = std::size(kModeNames);
+
 struct Call {
     const Function* function = nullptr;
     std::string request;
     Expectation expected;
-    const char* mode = "valid handle";
+    HandleMode mode = HandleMode::Valid;
 };
-
-enum class HandleMode { Valid, Null, Forged };
 
 class Generator {
 public:
@@ -409,16 +415,12 @@ public:
         if (Chance(0.01)) return UnknownName();
         const Function& f = functions_[Below(functions_.size())];
         call.function = &f;
-        HandleMode self_mode = HandleMode::Valid;
+        call.mode = HandleMode::Application;
         if (!f.rooted) {
             double r = Uniform();
-            self_mode = r < 0.6 ? HandleMode::Valid : r < 0.75 ? HandleMode::Null : HandleMode::Forged;
+            call.mode = r < 0.6 ? HandleMode::Valid : r < 0.75 ? HandleMode::Null : HandleMode::Forged;
         }
-        call.mode = f.rooted                          ? "the application's own"
-                    : self_mode == HandleMode::Valid ? "valid handle"
-                    : self_mode == HandleMode::Null  ? "null handle"
-                                                     : "forged handle";
-        Encode(f, self_mode, call);
+        Encode(f, call.mode, call);
         return call;
     }
 
@@ -431,7 +433,7 @@ public:
 private:
     Call UnknownName() {
         Call call;
-        call.mode = "unknown name";
+        call.mode = HandleMode::UnknownName;
         const Function& f = functions_[Below(functions_.size())];
         std::string name = f.name;
         // Names are compared byte for byte: a changed letter case is unknown.
@@ -488,7 +490,7 @@ private:
             first = false;
         }
         e.kinds = f.response;
-        if (self_mode == HandleMode::Valid) return;
+        if (self_mode == HandleMode::Valid || self_mode == HandleMode::Application) return;
         e.is_exact = true;
         e.exact = null_answer_slots;
         for (Kind kind : f.response) {
@@ -547,11 +549,16 @@ private:
         return std::uniform_real_distribution<double>(-1e4, 1e4)(random_);
     }
 
+    // Empty, or a name that the host may take for a file's: always relative
+    // and starting with "bridge_load", so that whatever the host saves or
+    // deletes under it is the tool's own, in the host's working directory.
     std::string Text() {
-        static const char* const pieces[] = {"a", "Document", "/tmp/load/", "\xc3\xa9", "\xe2\x9c\x93",
-                                             "\xf0\x9d\x84\x9e", " ", "\\", "0"};
-        std::string out;
-        for (std::size_t n = Below(12); n > 0; --n) out += pieces[Below(std::size(pieces))];
+        static const char* const pieces[] = {"a", "Document", "/", "\xc3\xa9", "\xe2\x9c\x93",
+                                             "\xf0\x9d\x84\x9e", " ", "\\", "0", ".txt"};
+        std::size_t n = Below(12);
+        if (n == 0) return {};
+        std::string out = "bridge_load";
+        while (n-- > 0) out += pieces[Below(std::size(pieces))];
         return out;
     }
 
@@ -578,6 +585,7 @@ struct Tally {
     std::atomic<std::uint64_t> made{0}, correct{0}, wrong{0}, lost{0};
     std::atomic<std::uint64_t> reset_in_request{0}, reset_in_response{0};
     std::atomic<std::uint64_t> issued{0};
+    std::atomic<std::uint64_t> by_mode[kModes] = {};
     std::mutex report_mutex;
     int reports_left = 8;
 
@@ -585,7 +593,8 @@ struct Tally {
         std::lock_guard<std::mutex> lock(report_mutex);
         if (reports_left-- <= 0) return;
         std::fprintf(stderr, "bridge_load: %s answer to %s (%s): %s\n  request %s\n  answer  %s\n", what,
-                     call.function ? call.function->name.c_str() : "an unknown name", call.mode, why.c_str(),
+                     call.function ? call.function->name.c_str() : "an unknown name",
+                     kModeNames[static_cast<std::size_t>(call.mode)], why.c_str(),
                      Hex(call.request).c_str(), Hex(answer).c_str());
     }
 };
@@ -669,6 +678,7 @@ public:
             std::string answer, why;
             Verdict verdict = Exchange(io, call, answer, why);
             ++tally_.made;
+            ++tally_.by_mode[static_cast<std::size_t>(call.mode)];
             if (verdict == Verdict::Correct) {
                 ++tally_.correct;
             } else if (verdict == Verdict::Wrong) {
@@ -747,6 +757,10 @@ public:
         std::printf("bridge_load: calls %llu, correct %llu, wrong %llu, lost %llu (%.1f s, %.0f calls/s)\n",
                     (unsigned long long)tally_.made, (unsigned long long)tally_.correct,
                     (unsigned long long)tally_.wrong, (unsigned long long)tally_.lost, elapsed, tally_.made / elapsed);
+        std::printf("bridge_load: of the calls");
+        for (std::size_t m = 0; m < kModes; ++m)
+            std::printf("%s %llu %s", m ? "," : "", (unsigned long long)tally_.by_mode[m], kModeNames[m]);
+        std::printf("\n");
         std::printf("bridge_load: faults: %llu resets mid-request, %llu resets mid-response\n",
                     (unsigned long long)tally_.reset_in_request, (unsigned long long)tally_.reset_in_response);
         bool silent_ok = true;

@@ -43,8 +43,9 @@ def build_number(port):
     return struct.unpack("<i", answer)[0] if len(answer) == 4 else None
 
 
-def start_tvhost(path, stderr):
-    """(process, port) of a tvhost serving on a free port."""
+def start_tvhost(path, stderr, scratch):
+    """(process, port) of a tvhost serving on a free port, working in `scratch`:
+    the simulated host saves documents under the names the calls give."""
     # Under the sanitizers, leaks are not checked in tvhost: what remote calls
     # leave with the clients is a leak by the protocol's rules, and tvhost
     # unloads the library before it exits, so its frames can no longer be
@@ -53,7 +54,7 @@ def start_tvhost(path, stderr):
     for _ in range(3):  # another process may take the free port first
         port = free_port()
         proc = subprocess.Popen([path, "--port", str(port)], stdout=subprocess.PIPE, stderr=stderr, text=True,
-                                env=env)
+                                env=env, cwd=scratch)
         deadline = time.monotonic() + 30
         banner = False
         while time.monotonic() < deadline and proc.poll() is None and not banner:
@@ -94,8 +95,8 @@ def main():
     args = parser.parse_args()
 
     failures = []
-    with tempfile.TemporaryFile(mode="w+") as server_errors:
-        proc, port = start_tvhost(args.tvhost, server_errors)
+    with tempfile.TemporaryFile(mode="w+") as server_errors, tempfile.TemporaryDirectory() as scratch:
+        proc, port = start_tvhost(args.tvhost, server_errors, scratch)
         try:
             # The first calls, faults included, bring in the library's code and
             # the allocator's arenas: memory is measured from after them.
