@@ -209,8 +209,9 @@ def parse_interface(line, where, group):
 def load(directory, group_names):
     interfaces = {}
     for group in group_names:
-        path = Path(directory) / f"{group}.api"
-        if path.exists():
+        # A large group may be kept in parts: <group>-<part>.api, read in name order.
+        paths = sorted(Path(directory).glob(f"{group}.api")) + sorted(Path(directory).glob(f"{group}-*.api"))
+        for path in paths:
             parse_file(path, group, interfaces)
     cat = Catalogue(list(group_names), interfaces)
     check_references(cat)
