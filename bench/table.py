@@ -138,6 +138,8 @@ def main():
         print(f"load average (1, 5, 15 min): {build['load_before']} before, {build['load_after']} after")
     print(f"Each figure is the median of {runs_per_binary} runs; each ratio is measured / baseline "
           "within one process, the two timed in alternating blocks.")
+    if "pinned" in build:
+        print(f"Processes pinned to one CPU: {build['pinned']}")
     print()
     widths = [60, 14, 14, 8, 9, 8]
     header = ("figure", "measured", "baseline", "ratio", "target", "")
