@@ -19,22 +19,13 @@ Kinds (words separated by spaces):
     callback <Type>                         an event handler of a C callback type (CALLBACKS)
 """
 
-import keyword
 
 from . import families
-from .emit_python import handle_name
+from .emit_python import _identifier, handle_name
 
 # C types of the vector and value functions, as the runtime binds them.
 _RAW = {"void": "raw void", "uint64_t": "raw uint64_t", "int32_t": "raw int32_t", "uint32_t": "raw uint32_t",
         "uint8_t": "raw uint8_t", "float": "raw float", "double": "raw double", "const tvWChar*": "text"}
-
-
-def _identifier(name, taken):
-    name = name + "_" if keyword.iskeyword(name) or name == "self" else name
-    while name in taken:
-        name += "_"
-    taken.add(name)
-    return name
 
 
 def type_kind(t):
