@@ -35,7 +35,7 @@ struct Answers {
     int number = 42;
     std::uint64_t id = 4242;
     double real = 4.25;
-    tvapi::WString text = u"answer";
+    tvapi::WString text = TVAPI_TEXT("answer");
     Object* object = nullptr;  // object results, out-objects and list elements
     std::size_t count = 3;
 
@@ -147,7 +147,8 @@ R Answer(const Answers& a) {
 template <class X>
 X ElementAnswer(const Answers& a, std::size_t i) {
     if constexpr (std::is_same_v<X, bool>) return i % 2 == 0;
-    else if constexpr (std::is_same_v<X, tvapi::WString>) return u"e" + tvapi::WString(1, char16_t(u'0' + i % 10));
+    else if constexpr (std::is_same_v<X, tvapi::WString>)
+        return TVAPI_TEXT("e") + tvapi::WString(1, tvapi::WChar(TVAPI_TEXT('0') + i % 10));
     else if constexpr (std::is_arithmetic_v<X>) return static_cast<X>(10 + i);
     else if constexpr (IsSmartPtr<X>::value) {
         using I = std::remove_pointer_t<decltype(X().get())>;
@@ -161,7 +162,7 @@ X ElementAnswer(const Answers& a, std::size_t i) {
         v.SetInt(static_cast<int>(10 + i));
         return v;
     } else {
-        return X(u"v" + tvapi::WString(1, char16_t(u'0' + i % 10)));
+        return X(TVAPI_TEXT("v") + tvapi::WString(1, tvapi::WChar(TVAPI_TEXT('0') + i % 10)));
     }
 }
 

@@ -6,19 +6,22 @@
 
 namespace tvsim {
 
-Application::Application() : documents_(New<Documents>()) {}
+Application::Application() : events_(New<ApplicationEvents>()), documents_(New<Documents>(events_)) {}
 
 // Documents still held by callers stay valid objects, closed.
-Application::~Application() { documents_->CloseAll(); }
+Application::~Application() { documents_->CloseAll(false); }
 
 tvapi::SmartPtr<tvapi::IDocuments> Application::GetDocuments() { return documents_.As<tvapi::IDocuments>(); }
 
 // There is no process to end: quitting closes every document unsaved and
-// hides the application.
+// hides the application. A subscriber may refuse to let the documents close;
+// the application then stays as it is.
 void Application::Quit() {
+    if (!events_->handlers.BeginCloseAllDocument.RaiseAllowing()) return;
     quit_requested_ = true;
     documents_->CloseAll();
     visible_ = false;
+    events_->handlers.ApplicationDestroy.Raise();
 }
 
 // Only an open document of this application can become active.
@@ -39,7 +42,7 @@ bool Application::ExecuteTavraCommand(int command, bool) {
 }
 
 tvapi::WString Application::GetApplicationName(bool fullName) {
-    return fullName ? u"Tavra simulated host " + Widen(std::to_string(kBuild)) : tvapi::WString(u"Tavra");
+    return fullName ? TVAPI_TEXT("Tavra simulated host ") + Widen(std::to_string(kBuild)) : tvapi::WString(TVAPI_TEXT("Tavra"));
 }
 
 namespace {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "sim/defaults_application.h"
+#include "sim/events.h"
 #include "sim/object.h"
 
 namespace tvsim {
@@ -28,6 +29,7 @@ public:
     bool IsVisible() override { return visible_; }
     tvapi::SmartPtr<tvapi::IDocuments> GetDocuments() override;
     void Quit() override;
+    tvapi::SmartPtr<tvapi::IAPIObject> Events() override { return events_.As<tvapi::IAPIObject>(); }
     void SetActiveDocument(const tvapi::SmartPtr<tvapi::ITavraDocument>& value) override;
     tvapi::SmartPtr<tvapi::ITavraDocument> GetActiveDocument() override;
     void SetHideMessage(tvapi::tvHideMessageEnum value) override { hide_message_ = value; }
@@ -61,11 +63,12 @@ public:
 
 private:
     bool visible_ = true;
-    tvapi::WString directory_ = u"/home/user";
+    tvapi::WString directory_ = TVAPI_TEXT("/home/user");
     tvapi::tvHideMessageEnum hide_message_{};
     bool task_access_ = true, pump_locked_ = false, quit_requested_ = false;
     ShownMessage last_message_;
     std::vector<int> executed_;
+    Ref<ApplicationEvents> events_;
     Ref<Documents> documents_;
 };
 

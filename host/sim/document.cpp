@@ -3,6 +3,7 @@
 #include <chrono>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "sim/documents.h"
 #include "sim/enums.h"
@@ -40,12 +41,14 @@ void Document::Disconnect() {
     DisposeContent();
 }
 
-// Saving first when asked to: a changed document that cannot be saved stays open.
+// Saving first when asked to: a changed document that cannot be saved stays
+// open, as does one a subscriber refuses to let close.
 bool Document::Close(bool save) {
-    if (!IsOpen()) return false;
+    if (!IsOpen() || !Subscribers().BeginCloseDocument.RaiseAllowing()) return false;
     if (save && changed_ && !Save()) return false;
     Ref<Document> keep(this);  // the collection's reference may be the last
     owner_->Remove(*this);
+    Subscribers().CloseDocument.Raise();
     Disconnect();
     return true;
 }
@@ -108,8 +111,10 @@ bool Document::SelectCombination(int index) {
 }
 
 bool Document::Save() {
-    if (!IsOpen() || path_.empty() || read_only_ || !Write(path_)) return false;
+    if (!IsOpen() || path_.empty() || read_only_) return false;
+    if (!Subscribers().BeginSaveDocument.RaiseAllowing(path_) || !Write(path_)) return false;
     changed_ = false;
+    Subscribers().SaveDocument.Raise();
     return true;
 }
 
@@ -117,10 +122,11 @@ bool Document::Save() {
 bool Document::SaveAs(const tvapi::WString& fileName) {
     if (!IsOpen() || fileName.empty()) return false;
     if (Document* other = owner_->OpenAt(fileName); other && other != this) return false;
-    if (!Write(fileName)) return false;
+    if (!Subscribers().BeginSaveAsDocument.RaiseAllowing() || !Write(fileName)) return false;
     path_ = fileName;
     read_only_ = false;
     changed_ = false;
+    Subscribers().SaveDocument.Raise();
     return true;
 }
 
@@ -168,7 +174,8 @@ bool Document::ApplyMetadataFromFile(const tvapi::WString& fileName) {
 
 bool Document::ActivateToolbarSet(const tvapi::WString& name) {
     if (!IsOpen() || name.empty()) return false;
-    toolbar_set_ = name;
+    tvapi::WString previous = std::exchange(toolbar_set_, name);
+    Subscribers().ActivateToolbarSet.Raise(previous, toolbar_set_);
     return true;
 }
 
@@ -206,7 +213,7 @@ bool Document::GetDocumentGabarit(double* x1, double* y1, double* x2, double* y2
 }
 
 tvapi::WString Document::GetObjectNameByType(int objectType) {
-    return objectType == object_type::kLineSegment ? tvapi::WString(u"Line segment") : tvapi::WString();
+    return objectType == object_type::kLineSegment ? tvapi::WString(TVAPI_TEXT("Line segment")) : tvapi::WString();
 }
 
 // Every text style is a fixed-pitch font 3.5 high, 2.5 per character.

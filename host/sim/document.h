@@ -8,6 +8,7 @@
 
 #include "sim/defaults_application.h"
 #include "sim/document_file.h"
+#include "sim/events.h"
 #include "sim/geometry.h"
 
 namespace tvsim {
@@ -61,6 +62,8 @@ public:
     tvapi::WString GetObjectNameByType(int objectType) override;
     double GetTextLength(const tvapi::WString& value, int textStyleNumber) override;
     tvapi::WString GetActiveToolbarSet() override { return toolbar_set_; }
+    // The document's subscribers keep their handlers after it closes.
+    tvapi::SmartPtr<tvapi::IAPIObject> Events() override { return events_.As<tvapi::IAPIObject>(); }
 
     // The model's side.
     int Type() const { return type_; }
@@ -77,6 +80,7 @@ public:
     bool SelectCombination(int index);
     // Out of the collection: closed, and its content let go.
     void Disconnect();
+    DocumentEventLists& Subscribers() { return events_->handlers; }
 
 protected:
     ~Document() override = default;
@@ -95,6 +99,7 @@ private:
     bool Write(const tvapi::WString& path) const;
 
     Documents* owner_;
+    Ref<DocumentEvents> events_ = New<DocumentEvents>();
     int type_;
     tvapi::WString path_, untitled_;
     tvapi::WString author_, comment_, organization_, metadata_, type_id_, toolbar_set_;
@@ -102,7 +107,7 @@ private:
     bool changed_ = false;
     double created_, last_change_;
     int open_version_ = 0;
-    std::vector<tvapi::WString> load_combinations_{u"Base"};
+    std::vector<tvapi::WString> load_combinations_{TVAPI_TEXT("Base")};
     int active_combination_ = 0;
 };
 

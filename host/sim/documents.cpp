@@ -12,9 +12,12 @@
 
 namespace tvsim {
 
-Documents::Documents() : Default<tvapi::IDocuments>(this) { ExposePrimary<tvapi::IDocuments>(this); }
+Documents::Documents(Ref<ApplicationEvents> events)
+    : Default<tvapi::IDocuments>(this), events_(std::move(events)) {
+    ExposePrimary<tvapi::IDocuments>(this);
+}
 
-Documents::~Documents() { CloseAll(); }
+Documents::~Documents() { CloseAll(false); }
 
 Ref<Document> Documents::Create(int type, bool visible, bool read_only) {
     if (!document_type::IsKnown(type)) return {};
@@ -24,12 +27,28 @@ Ref<Document> Documents::Create(int type, bool visible, bool read_only) {
     return New<Document>(*this, type, visible, read_only);
 }
 
-// A document joins the open ones and becomes the active one.
-tvapi::SmartPtr<tvapi::ITavraDocument> Documents::Keep(const Ref<Document>& document) {
+tvapi::SmartPtr<tvapi::ITavraDocument> Documents::Keep(const Ref<Document>& document, Announcement event) {
     if (!document) return {};
     open_.push_back(document);
-    active_ = document.get();
-    return document.As<tvapi::ITavraDocument>();
+    auto face = document.As<tvapi::ITavraDocument>();
+    (events_->handlers.*event).Raise(face);
+    Activate(document.get());
+    return face;
+}
+
+// Subscribers may refuse a new document before it is made.
+bool Documents::MayCreate(int type) const {
+    return document_type::IsKnown(type) &&
+           events_->handlers.BeginCreate.RaiseAllowing(static_cast<tvapi::DocumentTypeEnum>(type));
+}
+
+void Documents::Activate(Document* document) {
+    if (document == active_) return;
+    Ref<Document> previous(active_);
+    active_ = document;
+    if (previous) previous->Subscribers().DeactivateDocument.Raise();
+    if (document) document->Subscribers().ActivateDocument.Raise();
+    events_->handlers.ChangeActiveDocument.Raise(Share<tvapi::ITavraDocument>(document));
 }
 
 tvapi::SmartPtr<tvapi::ITavraDocument> Documents::GetItem(int index) {
@@ -51,9 +70,10 @@ tvapi::SmartPtr<tvapi::ITavraDocument> Documents::GetItemByFilePath(const tvapi:
 
 // Untitled documents are named "Document1", "Document2", ... in order of creation.
 tvapi::SmartPtr<tvapi::ITavraDocument> Documents::Add(int documentType, bool visible) {
+    if (!MayCreate(documentType)) return {};
     Ref<Document> document = Create(documentType, visible, false);
-    if (document) document->SetUntitledName(u"Document" + Widen(std::to_string(++untitled_)));
-    return Keep(document);
+    if (document) document->SetUntitledName(TVAPI_TEXT("Document") + Widen(std::to_string(++untitled_)));
+    return Keep(document, &ApplicationEventLists::CreateDocument);
 }
 
 // The simulated host has no settings apart from the defaults.
@@ -88,6 +108,7 @@ tvapi::SmartPtr<tvapi::ITavraDocument> Documents::OpenWith(const tvapi::WString&
         already->SelectCombination(index);
         return Share<tvapi::ITavraDocument>(already);
     }
+    if (!events_->handlers.BeginOpenDocument.RaiseAllowing(path)) return {};
     Ref<Document> document;
     if (IsNewFile(path)) {
         // No file there yet: a new drawing, to be saved there.
@@ -106,7 +127,7 @@ tvapi::SmartPtr<tvapi::ITavraDocument> Documents::OpenWith(const tvapi::WString&
         return {};
     }
     document->SelectCombination(index);
-    return Keep(document);
+    return Keep(document, &ApplicationEventLists::OpenDocument);
 }
 
 // An open document's file gives that document back.
@@ -135,7 +156,7 @@ tvapi::SmartPtr<tvapi::ITavraDocument> Documents::OpenByLoadCombinationName(cons
 std::vector<tvapi::WString> Documents::GetLoadCombinations(const tvapi::WString& fileName, int* activeIndex) {
     ReadResult file = Read(fileName);
     if (!file.ok) return {};
-    if (file.data.load_combinations.empty()) file.data.load_combinations.push_back(u"Base");
+    if (file.data.load_combinations.empty()) file.data.load_combinations.push_back(TVAPI_TEXT("Base"));
     int count = static_cast<int>(file.data.load_combinations.size());
     int active = file.data.active_combination;
     *activeIndex = active >= 0 && active < count ? active : 0;
@@ -178,11 +199,11 @@ tvapi::SmartPtr<tvapi::ITavraDocument> Documents::OpenDocument(
 tvapi::SmartPtr<tvapi::ITavraDocument> Documents::AddNewDocumentFromTemplate(const tvapi::WString& templatePath,
                                                                              bool visible) {
     ReadResult file = Read(templatePath);
-    if (!file.ok) return {};
+    if (!file.ok || !MayCreate(file.data.type)) return {};
     Ref<Document> document = Create(file.data.type, visible, false);
     document->Load(file, {});
-    document->SetUntitledName(u"Document" + Widen(std::to_string(++untitled_)));
-    return Keep(document);
+    document->SetUntitledName(TVAPI_TEXT("Document") + Widen(std::to_string(++untitled_)));
+    return Keep(document, &ApplicationEventLists::CreateDocument);
 }
 
 void Documents::Remove(Document& document) {
@@ -190,14 +211,17 @@ void Documents::Remove(Document& document) {
     if (it == open_.end()) return;
     Ref<Document> keep = *it;
     open_.erase(it);
-    if (active_ == &document) active_ = open_.empty() ? nullptr : open_.back().get();
+    if (active_ == &document) Activate(open_.empty() ? nullptr : open_.back().get());
 }
 
-void Documents::CloseAll() {
+void Documents::CloseAll(bool tell) {
     std::vector<Ref<Document>> closing;
     closing.swap(open_);
     active_ = nullptr;
-    for (auto& document : closing) document->Disconnect();
+    for (auto& document : closing) {
+        if (tell) document->Subscribers().CloseDocument.Raise();
+        document->Disconnect();
+    }
 }
 
 }  // namespace tvsim

@@ -9,6 +9,7 @@
 
 #include "sim/defaults_application.h"
 #include "sim/document_file.h"
+#include "sim/events.h"
 
 namespace tvsim {
 
@@ -16,7 +17,7 @@ class Document;
 
 class Documents final : public Object, public Default<tvapi::IDocuments> {
 public:
-    Documents();
+    explicit Documents(Ref<ApplicationEvents> events);
     ~Documents() override;
 
     tvapi::SmartPtr<tvapi::ITavraDocument> GetItem(int index) override;
@@ -48,23 +49,31 @@ public:
 
     // The model's side.
     Document* Active() const { return active_; }
-    void Activate(Document* document) { active_ = document; }
+    // Makes `document` (null: none) the active one, telling the documents
+    // and the application's subscribers when that is a change.
+    void Activate(Document* document);
     // The open document with that file, if any.
     Document* OpenAt(const tvapi::WString& path) const;
     void Remove(Document& document);
-    // Every document, unsaved (the application is going).
-    void CloseAll();
+    // Every document, unsaved (the application is going). Subscribers of a
+    // document hear it close, unless the whole collection is being destroyed.
+    void CloseAll(bool tell = true);
 
 private:
     // Picks the load combination to open among a file's; -1 for none that fits.
     using Pick = std::function<int(const std::vector<tvapi::WString>&, int active)>;
 
     Ref<Document> Create(int type, bool visible, bool read_only);
-    tvapi::SmartPtr<tvapi::ITavraDocument> Keep(const Ref<Document>& document);
+    // A new document joins the open ones and becomes the active one; the
+    // application's subscribers hear of it by `event` (created or opened).
+    using Announcement = HandlerList<tvapi::IApplicationEvents::CreateDocumentHandler> ApplicationEventLists::*;
+    tvapi::SmartPtr<tvapi::ITavraDocument> Keep(const Ref<Document>& document, Announcement event);
+    bool MayCreate(int type) const;
     ReadResult Read(const tvapi::WString& path);
     tvapi::SmartPtr<tvapi::ITavraDocument> OpenWith(const tvapi::WString& path, bool visible, bool read_only,
                                                     const Pick& pick);
 
+    Ref<ApplicationEvents> events_;
     std::vector<Ref<Document>> open_;
     Document* active_ = nullptr;
     int untitled_ = 0;

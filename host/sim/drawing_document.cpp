@@ -34,18 +34,24 @@ void DrawingDocument::DisposeContent() {
     if (manager_) manager_->Disconnect();
     if (views_face_) views_face_->Disconnect();
     matrix_.reset();
+    object_events_.Clear();
 }
 
 void DrawingDocument::AddSheetView() {
     ViewData sheet;
     sheet.number = 1;
     sheet.type = view_type::kSheet;
-    sheet.name = u"Sheet";
+    sheet.name = TVAPI_TEXT("Sheet");
     active_view_ = AddView(sheet).get();
 }
 
 tvapi::SmartPtr<tvapi::IViewsAndLayersManager> DrawingDocument::GetViewsAndLayersManager() {
     return IsOpen() ? manager_.As<tvapi::IViewsAndLayersManager>() : tvapi::SmartPtr<tvapi::IViewsAndLayersManager>();
+}
+
+// Each subscriber key has its own events object, with its own filters.
+tvapi::SmartPtr<tvapi::IAPIObject> DrawingDocument::GetObject2DEvents(const tvapi::WString& key) {
+    return IsOpen() ? object_events_.For(key) : tvapi::SmartPtr<tvapi::IAPIObject>();
 }
 
 tvapi::SmartPtr<tvapi::IViews> DrawingDocument::ViewsFace() const { return views_face_.As<tvapi::IViews>(); }
@@ -69,7 +75,7 @@ Ref<View> DrawingDocument::AddView(ViewData data) {
         data.number = 1;
         for (const auto& view : views_) data.number = std::max(data.number, view->Number() + 1);
     }
-    if (data.name.empty()) data.name = u"View " + Widen(std::to_string(data.number));
+    if (data.name.empty()) data.name = TVAPI_TEXT("View ") + Widen(std::to_string(data.number));
     auto view = New<View>(*this, data);
     views_.push_back(view);
     MarkChanged();

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "sim/document.h"
+#include "sim/drawing_events.h"
 #include "sim/layers.h"
 #include "sim/object_search.h"
 #include "sim/variables.h"
@@ -24,6 +25,8 @@ public:
     DrawingDocument(Documents& owner, int type, bool visible, bool read_only);
 
     tvapi::SmartPtr<tvapi::IViewsAndLayersManager> GetViewsAndLayersManager() override;
+    tvapi::SmartPtr<tvapi::IAPIObject> GetObject2DEvents(const tvapi::WString& key) override;
+    tvapi::SmartPtr<tvapi::IAPIObject> GetDrawingObjectEventsResult() override { return object_events_.Result(); }
 
     // Objects (drawing_document_objects.cpp)
     ObjectList CopyObjects(const tvapi::SmartPtr<tvapi::ITavraDocument2D>& sourceDocument,
@@ -112,6 +115,7 @@ public:
     LayerSet& AllLayers() { return layers_; }
     std::uint64_t NextObjectId() { return next_id_++; }
     tvapi::SmartPtr<tvapi::IViews> ViewsFace() const;
+    DrawingEvents& ObjectEvents() { return object_events_; }
 
 protected:
     ~DrawingDocument() override;
@@ -135,6 +139,7 @@ private:
     View* active_view_ = nullptr;
     Ref<ViewsAndLayersManager> manager_;
     Ref<Views> views_face_;
+    DrawingEvents object_events_;
     std::optional<Placement> matrix_;
     std::uint64_t next_id_ = 1;
     bool parametric_ = false, orthogonal_ = false;

@@ -62,7 +62,9 @@ bool DrawingDocument::TransformAngleFromMatrix(double* angle) {
 bool DrawingDocument::TransformObjects(const ObjectList& objects) {
     auto resolved = Resolve(objects);
     if (!matrix_ || !resolved || resolved->empty()) return false;
+    if (!object_events_.Raise(&DrawingObjectEventLists::BeginTransform, *resolved)) return false;
     for (DrawingObject* object : *resolved) object->Transform(*matrix_);
+    object_events_.Raise(&DrawingObjectEventLists::Transform, *resolved, {.type = notify_type::kTransform});
     return true;
 }
 

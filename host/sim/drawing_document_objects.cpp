@@ -43,7 +43,11 @@ ObjectList DrawingDocument::CopyObjects(const tvapi::SmartPtr<tvapi::ITavraDocum
         if (!layers_.ByNumber(common.layer)) common.layer = layers_.Current();
         copies.push_back(original->CopyInto(*active_view_, common).get());
     }
-    return FacesOf(copies);
+    ObjectList faces = FacesOf(copies);
+    object_events_.Raise(&DrawingObjectEventLists::CreateObject, copies, {.type = notify_type::kCreate});
+    object_events_.Raise(&DrawingObjectEventLists::Copy, *originals,
+                         {.type = notify_type::kCopy, .copy = true, .copies = faces});
+    return faces;
 }
 
 // An address link keeps its reference text; an object link keeps the
@@ -128,7 +132,9 @@ ObjectList DrawingDocument::SelectObjects(tvapi::tvSelectObjectsModeEnum mode, d
 bool DrawingDocument::DestroyObjects(const ObjectList& objects) {
     auto resolved = Resolve(objects);
     if (!resolved || resolved->empty()) return false;
+    if (!object_events_.Raise(&DrawingObjectEventLists::BeginDestroyObject, *resolved)) return false;
     for (DrawingObject* object : *resolved) object->Owner()->Remove(*object);
+    object_events_.Raise(&DrawingObjectEventLists::DestroyObject, *resolved, {.type = notify_type::kDelete});
     return true;
 }
 
@@ -205,14 +211,18 @@ bool DrawingDocument::GetObjectsGabarit(const ObjectList& objects, double* x1, d
 bool DrawingDocument::MoveObjects(const ObjectList& objects, double dx, double dy) {
     auto resolved = Resolve(objects);
     if (!AllFinite({dx, dy}) || !resolved || resolved->empty()) return false;
+    if (!object_events_.Raise(&DrawingObjectEventLists::BeginMove, *resolved)) return false;
     for (DrawingObject* object : *resolved) object->Move(dx, dy);
+    object_events_.Raise(&DrawingObjectEventLists::Move, *resolved, {.type = notify_type::kMove});
     return true;
 }
 
 bool DrawingDocument::RotateObjects(const ObjectList& objects, double x, double y, double angle) {
     auto resolved = Resolve(objects);
     if (!AllFinite({x, y, angle}) || !resolved || resolved->empty()) return false;
+    if (!object_events_.Raise(&DrawingObjectEventLists::BeginRotate, *resolved)) return false;
     for (DrawingObject* object : *resolved) object->Rotate({x, y}, angle);
+    object_events_.Raise(&DrawingObjectEventLists::Rotate, *resolved, {.type = notify_type::kRotate, .angle = angle});
     return true;
 }
 

@@ -14,8 +14,16 @@ DrawingObject* DrawingObject::From(tvapi::IDrawingObject* face) { return dynamic
 
 DrawingDocument* DrawingObject::Document() const { return view_ ? view_->Document() : nullptr; }
 
-void DrawingObject::Changed() {
+void DrawingObject::Reshaped() {
     if (DrawingDocument* document = Document()) document->MarkChanged();
+}
+
+void DrawingObject::Changed() {
+    DrawingDocument* document = Document();
+    if (!document) return;
+    document->MarkChanged();
+    document->ObjectEvents().Raise(&DrawingObjectEventLists::PropertyChanged, {this},
+                                     {.type = notify_type::kPropertyChanged});
 }
 
 tvapi::tvDrawingObjectTypeEnum DrawingObject::GetDrawingObjectType() {
@@ -30,9 +38,13 @@ void DrawingObject::SetLayerNumber(int value) {
     Changed();
 }
 
+// Subscribers may refuse the deletion; they hear of it once it is done.
 bool DrawingObject::Delete() {
-    if (!view_) return false;
+    DrawingDocument* document = Document();
+    if (!document) return false;
+    if (!document->ObjectEvents().Raise(&DrawingObjectEventLists::BeginDelete, {this})) return false;
     view_->Remove(*this);  // the view's reference goes; the caller's keeps this alive
+    document->ObjectEvents().Raise(&DrawingObjectEventLists::Delete, {this}, {.type = notify_type::kDelete});
     return true;
 }
 

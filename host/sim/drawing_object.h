@@ -70,8 +70,12 @@ public:
 
 protected:
     DrawingObject(View& view, const DrawingObjectData& common);
-    // Marks the owning document changed.
+    // A property changed: marks the owning document changed and tells the
+    // drawing-object event subscribers.
     void Changed();
+    // Moved, turned or transformed: marks the document changed; the drawing
+    // operation that did it tells the subscribers once for all its objects.
+    void Reshaped();
 
 private:
     View* view_;

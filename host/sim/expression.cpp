@@ -126,11 +126,11 @@ private:
 
     static std::optional<double> Call(const tvapi::WString& name, double x) {
         constexpr double kRadians = std::numbers::pi / 180.0;
-        if (name == u"sqrt") return x < 0.0 ? std::nullopt : std::optional<double>(std::sqrt(x));
-        if (name == u"abs") return std::fabs(x);
-        if (name == u"sin") return std::sin(x * kRadians);
-        if (name == u"cos") return std::cos(x * kRadians);
-        if (name == u"tan") return std::tan(x * kRadians);
+        if (name == TVAPI_TEXT("sqrt")) return x < 0.0 ? std::nullopt : std::optional<double>(std::sqrt(x));
+        if (name == TVAPI_TEXT("abs")) return std::fabs(x);
+        if (name == TVAPI_TEXT("sin")) return std::sin(x * kRadians);
+        if (name == TVAPI_TEXT("cos")) return std::cos(x * kRadians);
+        if (name == TVAPI_TEXT("tan")) return std::tan(x * kRadians);
         return std::nullopt;
     }
 

@@ -256,7 +256,7 @@ void LayerSet::Load(const DocumentData& data) {
             layers_.push_back(New<Layer>(*this, layer));
         }
     }
-    if (layers_.empty()) layers_.push_back(New<Layer>(*this, LayerData{0, u"Main", {}, 0, true, true, false}));
+    if (layers_.empty()) layers_.push_back(New<Layer>(*this, LayerData{0, TVAPI_TEXT("Main"), {}, 0, true, true, false}));
     current_ = ByNumber(data.current_layer) ? data.current_layer : layers_.front()->Number();
 
     for (const auto& group : data.layer_groups) {
@@ -269,7 +269,7 @@ void LayerSet::Load(const DocumentData& data) {
         groups_.push_back(New<LayerGroup>(*this, kept, next_group_id_++));
     }
     if (groups_.empty()) {
-        LayerGroupData all{u"Layers", {}};
+        LayerGroupData all{TVAPI_TEXT("Layers"), {}};
         for (const auto& layer : layers_) all.layers.push_back(layer->Number());
         groups_.push_back(New<LayerGroup>(*this, all, next_group_id_++));
     }

@@ -73,7 +73,7 @@ bool LineSegment::Touches(const Box& box) const { return SegmentTouchesBox(start
 void LineSegment::Move(double dx, double dy) {
     start_ = {start_.x + dx, start_.y + dy};
     end_ = {end_.x + dx, end_.y + dy};
-    Changed();
+    Reshaped();
 }
 
 void LineSegment::Rotate(Point centre, double angle) {
@@ -83,14 +83,14 @@ void LineSegment::Rotate(Point centre, double angle) {
     // The rotation's rounding must not change the length or the angle.
     length_ = length;
     angle_ = turned;
-    Changed();
+    Reshaped();
 }
 
 void LineSegment::Transform(const Placement& placement) {
     double angle = placement.AngleToOuter(angle_);
     SetEnds(placement.ToOuter(start_), placement.ToOuter(end_));
     if (length_ == 0.0) angle_ = angle;
-    Changed();
+    Reshaped();
 }
 
 Ref<DrawingObject> LineSegment::CopyInto(View& view, const DrawingObjectData& common) const {

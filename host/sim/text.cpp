@@ -108,12 +108,12 @@ bool ParseInt(std::string_view token, int& value) {
 std::filesystem::path ToPath(const tvapi::WString& path) { return std::filesystem::path(path); }
 
 tvapi::WString FileNamePart(const tvapi::WString& path) {
-    auto cut = path.find_last_of(u"/\\");
+    auto cut = path.find_last_of(TVAPI_TEXT("/\\"));
     return cut == tvapi::WString::npos ? path : path.substr(cut + 1);
 }
 
 tvapi::WString FolderPart(const tvapi::WString& path) {
-    auto cut = path.find_last_of(u"/\\");
+    auto cut = path.find_last_of(TVAPI_TEXT("/\\"));
     return cut == tvapi::WString::npos ? tvapi::WString() : path.substr(0, cut + 1);
 }
 

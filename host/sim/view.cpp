@@ -225,7 +225,12 @@ tvapi::SmartPtr<tvapi::ILineSegment> LineSegments::GetLineSegment(int index) {
 
 tvapi::SmartPtr<tvapi::ILineSegment> LineSegments::Add() {
     if (!view_) return {};
-    return view_->AddSegment().As<tvapi::ILineSegment>();
+    Ref<LineSegment> segment = view_->AddSegment();
+    if (DrawingDocument* document = view_->Document(); document && segment) {
+        document->ObjectEvents().Raise(&DrawingObjectEventLists::CreateObject, {segment.get()},
+                                       {.type = notify_type::kCreate});
+    }
+    return segment.As<tvapi::ILineSegment>();
 }
 
 }  // namespace tvsim

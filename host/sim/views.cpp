@@ -62,12 +62,12 @@ bool Views::AddStandartViews(const tvapi::WString& modelFileName, const tvapi::W
                              double x, double y, double scale, double gapX, double gapY) {
     if (!document_ || !AllFinite({x, y, scale, gapX, gapY}) || scale <= 0.0 || !IsFile(modelFileName)) return false;
     tvapi::WString source = modelFileName;
-    if (!loadCombinationName.empty()) source += u" (" + loadCombinationName + u")";
+    if (!loadCombinationName.empty()) source += TVAPI_TEXT(" (") + loadCombinationName + TVAPI_TEXT(")");
     struct Placed {
-        const char16_t* name;
+        const tvapi::WChar* name;
         double x, y;
     };
-    const Placed placed[] = {{u"Front", x, y}, {u"Top", x, y + gapY}, {u"Left", x + gapX, y}};
+    const Placed placed[] = {{TVAPI_TEXT("Front"), x, y}, {TVAPI_TEXT("Top"), x, y + gapY}, {TVAPI_TEXT("Left"), x + gapX, y}};
     for (const auto& p : placed) {
         ViewData data;
         data.type = view_type::kProjection;

@@ -17,30 +17,28 @@
 
 namespace {
 
-using eventtext::HostText;
 using eventtext::Text;
-using eventtext::Wide;
 using tvapic::events::MakeHandler;
 using tvapi::WString;
 
 TEST(WritableText, LeftUnsetEmptiesTheHostText) {
     auto handler = MakeHandler<std::function<void(WString&)>>(+[](tvWChar** text) { EXPECT_EQ(*text, nullptr); });
-    WString host = HostText(u"previous");
+    WString host = TVAPIC_TEXT("previous");
     handler(host);
     EXPECT_TRUE(host.empty());
 }
 
 TEST(WritableText, TakesTheCallbacksTextAndLeavesItsBuffer) {
-    static std::u16string mine = u"chosen";
+    static WString mine = TVAPIC_TEXT("chosen");
     auto handler = MakeHandler<std::function<bool(const WString&, WString&)>>(
         +[](const tvWChar* marking, tvWChar** chosen) {
-            *chosen = const_cast<tvWChar*>(Wide(mine.c_str()));
-            return Text(marking) == u"M-1" ? 1 : 0;
+            *chosen = mine.data();
+            return Text(marking) == TVAPIC_TEXT("M-1") ? 1 : 0;
         });
-    WString marking = HostText(u"M-1"), chosen = HostText(u"previous");
+    WString marking = TVAPIC_TEXT("M-1"), chosen = TVAPIC_TEXT("previous");
     EXPECT_TRUE(handler(marking, chosen));
-    EXPECT_EQ(chosen, HostText(u"chosen"));
-    EXPECT_EQ(mine, u"chosen");
+    EXPECT_EQ(chosen, WString(TVAPIC_TEXT("chosen")));
+    EXPECT_EQ(mine, TVAPIC_TEXT("chosen"));
 }
 
 TEST(WritableTruthValue, OffersZeroOrOneAndTakesNonZeroAsTrue) {
@@ -100,28 +98,28 @@ struct ListCase {
 };
 
 TEST(WritableTextList, EmptiedByItsClearEmptiesTheHostList) {
-    auto host = ListCase::Run({HostText(u"a.dwg"), HostText(u"b.dwg")}, [](StringVector_t* v) { StringVector_Clear(v); });
+    auto host = ListCase::Run({WString(TVAPIC_TEXT("a.dwg")), WString(TVAPIC_TEXT("b.dwg"))}, [](StringVector_t* v) { StringVector_Clear(v); });
     EXPECT_TRUE(host.empty());
 }
 
 TEST(WritableTextList, AnElementReplacedReplacesTheHostOne) {
-    auto host = ListCase::Run({HostText(u"a"), HostText(u"b"), HostText(u"c")}, [](StringVector_t* v) {
-        EXPECT_EQ(Text(v->data[1]), u"b");
-        StringVector_Set(v, 1, Wide(u"renamed"));
+    auto host = ListCase::Run({WString(TVAPIC_TEXT("a")), WString(TVAPIC_TEXT("b")), WString(TVAPIC_TEXT("c"))}, [](StringVector_t* v) {
+        EXPECT_EQ(Text(v->data[1]), TVAPIC_TEXT("b"));
+        StringVector_Set(v, 1, TVAPIC_TEXT("renamed"));
     });
-    EXPECT_EQ(host, (std::vector<WString>{HostText(u"a"), HostText(u"renamed"), HostText(u"c")}));
+    EXPECT_EQ(host, (std::vector<WString>{WString(TVAPIC_TEXT("a")), WString(TVAPIC_TEXT("renamed")), WString(TVAPIC_TEXT("c"))}));
 }
 
 TEST(WritableTextList, LeftAloneComesBackAsItWas) {
-    std::vector<WString> two{HostText(u"a"), WString()};
+    std::vector<WString> two{WString(TVAPIC_TEXT("a")), WString()};
     EXPECT_EQ(ListCase::Run(two, [](StringVector_t*) {}), two);
     EXPECT_TRUE(ListCase::Run({}, [](StringVector_t* v) { EXPECT_EQ(v->size, 0u); }).empty());
     EXPECT_TRUE(ListCase::Run({}, [](StringVector_t* v) { StringVector_Clear(v); }).empty());
 }
 
 TEST(WritableTextList, ShortenedKeepsItsHead) {
-    auto host = ListCase::Run({HostText(u"a"), HostText(u"b")}, [](StringVector_t* v) { v->size = 1; });
-    EXPECT_EQ(host, std::vector<WString>{HostText(u"a")});
+    auto host = ListCase::Run({WString(TVAPIC_TEXT("a")), WString(TVAPIC_TEXT("b"))}, [](StringVector_t* v) { v->size = 1; });
+    EXPECT_EQ(host, std::vector<WString>{WString(TVAPIC_TEXT("a"))});
 }
 
 // Objects and lists of objects.
@@ -209,7 +207,7 @@ TEST(ReadOnlyText, IsTheHostsOwnBuffer) {
     static const tvWChar* seen = nullptr;
     auto handler = MakeHandler<std::function<void(const WString&, const WString&)>>(
         +[](const tvWChar*, const tvWChar* current) { seen = current; });
-    WString previous = HostText(u"Sketch"), current = HostText(u"Detailing");
+    WString previous = TVAPIC_TEXT("Sketch"), current = TVAPIC_TEXT("Detailing");
     handler(previous, current);
     EXPECT_EQ(seen, current.c_str());
 }

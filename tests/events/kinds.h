@@ -23,9 +23,7 @@
 
 namespace eventsweep {
 
-using eventtext::HostText;
 using eventtext::Text;
-using eventtext::Wide;
 
 // Failures of one case, each line naming the case.
 class Report {
@@ -129,7 +127,7 @@ struct Kind<const tvapi::WString&> {
     using C = const tvWChar*;
     tvapi::WString value;
     int position;
-    explicit Kind(int p) : value(HostText(u"text" + std::u16string(1, char16_t(u'0' + p)))), position(p) {}
+    explicit Kind(int p) : value(TVAPIC_TEXT("text") + tvapi::WString(1, tvWChar(TVAPIC_TEXT('0') + p))), position(p) {}
     const tvapi::WString& host() { return value; }
     void Before() {}
     void Received(Report& r, C c) {
@@ -145,9 +143,10 @@ struct Kind<tvapi::WString&> {
     tvapi::WString value;
     tvapi::WString written;
     int position;
-    explicit Kind(int p) : written(HostText(u"written" + std::u16string(1, char16_t(u'0' + p)))), position(p) {}
+    explicit Kind(int p)
+        : written(TVAPIC_TEXT("written") + tvapi::WString(1, tvWChar(TVAPIC_TEXT('0') + p))), position(p) {}
     tvapi::WString& host() { return value; }
-    void Before() { value = HostText(u"before"); }
+    void Before() { value = TVAPIC_TEXT("before"); }
     void Received(Report& r, C c) {
         r.Expect(c && !*c, "writable text" + At(position) + " must start unset");
         if (c) *c = written.data();
@@ -247,14 +246,14 @@ struct Kind<std::vector<tvapi::WString>&> {
     int position;
     explicit Kind(int p) : position(p) {}
     std::vector<tvapi::WString>& host() { return value; }
-    void Before() { value = {HostText(u"a"), HostText(u"b")}; }
+    void Before() { value = {tvapi::WString(TVAPIC_TEXT("a")), tvapi::WString(TVAPIC_TEXT("b"))}; }
     void Received(Report& r, C c) {
-        bool same = c && c->size == 2 && Text(c->data[0]) == u"a" && Text(c->data[1]) == u"b";
+        bool same = c && c->size == 2 && Text(c->data[0]) == TVAPIC_TEXT("a") && Text(c->data[1]) == TVAPIC_TEXT("b");
         r.Expect(same, "text list" + At(position) + " is not the host's list");
-        if (same) StringVector_Set(c, 1, Wide(u"z"));
+        if (same) StringVector_Set(c, 1, TVAPIC_TEXT("z"));
     }
     void After(Report& r) {
-        r.Expect(value == std::vector<tvapi::WString>{HostText(u"a"), HostText(u"z")},
+        r.Expect(value == std::vector<tvapi::WString>{tvapi::WString(TVAPIC_TEXT("a")), tvapi::WString(TVAPIC_TEXT("z"))},
                  "text list" + At(position) + " not copied back");
     }
 };

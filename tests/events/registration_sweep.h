@@ -142,12 +142,12 @@ template <class I, class Handler, class Callback>
 Case Keyed(const char* interface, const char* event, void (*registration)(void*, const tvWChar*, Callback)) {
     return {std::string(interface) + "_" + event, [=](Report& r) {
                 Callback cb = &InvocationOf<Handler>::Callback;
-                registration(nullptr, Wide(u"key"), cb);
-                CheckForeign(r, [&](void* h) { registration(h, Wide(u"key"), cb); });
+                registration(nullptr, TVAPIC_TEXT("key"), cb);
+                CheckForeign(r, [&](void* h) { registration(h, TVAPIC_TEXT("key"), cb); });
                 tvprobe::Object* o = tvprobe::Object::Create({interface});
-                registration(o->Handle(), Wide(u"key"), cb);
+                registration(o->Handle(), TVAPIC_TEXT("key"), cb);
                 registration(o->Handle(), nullptr, cb);
-                registration(o->Handle(), Wide(u"key"), nullptr);
+                registration(o->Handle(), TVAPIC_TEXT("key"), nullptr);
                 CheckBalanced(r, *o, 3);
                 std::string e(event);
                 CheckHandlers<Handler>(r, *tvprobe::SinkOf<I>(*o), {e + ":key", e + ":", e + ":key"});

@@ -14,7 +14,6 @@
 
 namespace {
 
-using eventtext::Wide;
 using tvprobe::Object;
 
 struct Probe {
@@ -33,12 +32,12 @@ void FiredB(void*) { fired.push_back("b"); }
 TEST(KeyedRemoval, NullAndEmptyKeysNameTheSameGroup) {
     Probe events("IApplicationEvents");
     IApplicationEvents_AddOpenDocumentHandler(events.handle(), nullptr, FiredA);
-    IApplicationEvents_AddCreateDocumentHandler(events.handle(), Wide(u""), FiredA);
-    IApplicationEvents_AddOpenDocumentHandler(events.handle(), Wide(u"other"), FiredB);
+    IApplicationEvents_AddCreateDocumentHandler(events.handle(), TVAPIC_TEXT(""), FiredA);
+    IApplicationEvents_AddOpenDocumentHandler(events.handle(), TVAPIC_TEXT("other"), FiredB);
     EXPECT_EQ(Kept(*events.o), (std::vector<std::string>{"OpenDocument:", "CreateDocument:", "OpenDocument:other"}));
 
     IApplicationEvents_RemoveAllHandlers(events.handle(), nullptr);
-    IApplicationEvents_RemoveAllHandlers(events.handle(), Wide(u""));
+    IApplicationEvents_RemoveAllHandlers(events.handle(), TVAPIC_TEXT(""));
     ASSERT_EQ(events.o->calls.size(), 2u);
     EXPECT_EQ(events.o->calls[0].args, events.o->calls[1].args);
     EXPECT_EQ(events.o->calls[0].args, std::vector<std::string>{"\"\""});
@@ -47,10 +46,10 @@ TEST(KeyedRemoval, NullAndEmptyKeysNameTheSameGroup) {
 
 TEST(KeyedRemoval, HandlersUnderOneKeySurviveRemovalOfAnother) {
     Probe events("IApplicationEvents");
-    IApplicationEvents_AddCreateDocumentHandler(events.handle(), Wide(u"a"), FiredA);
-    IApplicationEvents_AddCreateDocumentHandler(events.handle(), Wide(u"b"), FiredB);
-    IApplicationEvents_AddOpenDocumentHandler(events.handle(), Wide(u"a"), FiredA);
-    IApplicationEvents_RemoveAllHandlers(events.handle(), Wide(u"a"));
+    IApplicationEvents_AddCreateDocumentHandler(events.handle(), TVAPIC_TEXT("a"), FiredA);
+    IApplicationEvents_AddCreateDocumentHandler(events.handle(), TVAPIC_TEXT("b"), FiredB);
+    IApplicationEvents_AddOpenDocumentHandler(events.handle(), TVAPIC_TEXT("a"), FiredA);
+    IApplicationEvents_RemoveAllHandlers(events.handle(), TVAPIC_TEXT("a"));
 
     fired.clear();
     Probe document("ITavraDocument");
@@ -76,8 +75,8 @@ TEST(KeyedRemoval, UnkeyedRemovalDropsEveryHandler) {
 // registrations, and the events object carries no reference for them.
 TEST(Registration, TheSameCallbackTwiceIsTwoRegistrations) {
     Probe events("IApplicationEvents");
-    IApplicationEvents_AddCreateDocumentHandler(events.handle(), Wide(u"k"), FiredA);
-    IApplicationEvents_AddCreateDocumentHandler(events.handle(), Wide(u"k"), FiredA);
+    IApplicationEvents_AddCreateDocumentHandler(events.handle(), TVAPIC_TEXT("k"), FiredA);
+    IApplicationEvents_AddCreateDocumentHandler(events.handle(), TVAPIC_TEXT("k"), FiredA);
     EXPECT_EQ(events.o->refs(), 1);
 
     fired.clear();

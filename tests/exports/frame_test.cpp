@@ -15,8 +15,6 @@ namespace {
 using sweep::Text;
 using tvprobe::Object;
 
-const tvWChar* Wide(const char16_t* s) { return reinterpret_cast<const tvWChar*>(s); }
-
 // An object, released at the end of the test.
 struct Probe {
     Object* o;
@@ -78,7 +76,7 @@ TEST(References, AnObjectGetterCalledTwiceGivesTwoReferences) {
 TEST(ObjectArguments, AnArgumentWithoutTheInterfaceReachesTheHostAsNull) {
     Probe documents({"IDocuments"});
     Probe foreign({"ITavraDocument"});  // not an IOpenDocumentParam
-    void* opened = IDocuments_OpenDocument(documents.handle(), Wide(u"a.tvd"), foreign.handle());
+    void* opened = IDocuments_OpenDocument(documents.handle(), TVAPIC_TEXT("a.tvd"), foreign.handle());
     ASSERT_EQ(documents->calls.size(), 1u);
     EXPECT_EQ(documents->calls[0].args[1], "null");
     EXPECT_EQ(opened, nullptr);
@@ -87,7 +85,7 @@ TEST(ObjectArguments, AnArgumentWithoutTheInterfaceReachesTheHostAsNull) {
 
 TEST(ObjectArguments, AreNotQueriedWhenTheHandleIsNull) {
     Probe parameters({"IOpenDocumentParam"});
-    EXPECT_EQ(IDocuments_OpenDocument(nullptr, Wide(u"a.tvd"), parameters.handle()), nullptr);
+    EXPECT_EQ(IDocuments_OpenDocument(nullptr, TVAPIC_TEXT("a.tvd"), parameters.handle()), nullptr);
     EXPECT_EQ(parameters->queries, 0);
     EXPECT_EQ(parameters->refs(), 1);
 }
@@ -130,25 +128,25 @@ TEST(Text, EveryCallReturnsItsOwnBlock) {
     tvWChar* second = ITavraDocument_GetName(document.handle());
     ASSERT_NE(first, second);
     std::free(first);
-    EXPECT_EQ(Text(second), u"answer");
+    EXPECT_EQ(Text(second), TVAPIC_TEXT("answer"));
     std::free(second);
 }
 
 TEST(Text, AZeroInsideTheHostStringIsCopiedWhole) {
     Probe document({"ITavraDocument"});
-    document->answers.text = tvapi::WString(u"ab\0cd", 5);
+    document->answers.text = tvapi::WString(TVAPIC_TEXT("ab\0cd"), 5);
     tvWChar* name = ITavraDocument_GetName(document.handle());
-    EXPECT_EQ(Text(name), u"ab");  // the caller sees the text end at the zero
-    EXPECT_EQ(name[3], u'c');
-    EXPECT_EQ(name[4], u'd');
+    EXPECT_EQ(Text(name), TVAPIC_TEXT("ab"));  // the caller sees the text end at the zero
+    EXPECT_EQ(name[3], TVAPIC_TEXT('c'));
+    EXPECT_EQ(name[4], TVAPIC_TEXT('d'));
     EXPECT_EQ(name[5], 0);
     std::free(name);
 }
 
 TEST(Text, ArgumentsAreCopiedForTheHost) {
     Probe document({"ITavraDocument"});
-    std::u16string path = u"/tmp/\u00e9t\u00e9.tvd";
-    EXPECT_TRUE(ITavraDocument_SaveAs(document.handle(), Wide(path.c_str())));
+    tvapi::WString path = TVAPIC_TEXT("/tmp/\u00e9t\u00e9.tvd");
+    EXPECT_TRUE(ITavraDocument_SaveAs(document.handle(), path.c_str()));
     ASSERT_EQ(document->calls.size(), 1u);
     EXPECT_EQ(document->calls[0].args[0], "\"/tmp/?t?.tvd\"");
 }

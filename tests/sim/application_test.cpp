@@ -13,8 +13,8 @@ TEST_F(Application, SettingsAreKept) {
     EXPECT_TRUE(IApplication_IsVisible());
     IApplication_SetVisible(0);
     EXPECT_FALSE(IApplication_IsVisible());
-    IApplication_SetCurrentDirectory(W(u"/work/plans"));
-    EXPECT_EQ(Take(IApplication_GetCurrentDirectory()), u"/work/plans");
+    IApplication_SetCurrentDirectory(TVAPIC_TEXT("/work/plans"));
+    EXPECT_EQ(Take(IApplication_GetCurrentDirectory()), TVAPIC_TEXT("/work/plans"));
     IApplication_SetHideMessage(2);
     EXPECT_EQ(IApplication_GetHideMessage(), 2);
     IApplication_SetEnableTaskAccess(0);
@@ -35,13 +35,13 @@ TEST_F(Application, SettingsAreKept) {
 }
 
 TEST_F(Application, MessagesAreAnsweredWithTheDefaultButtonAndRemembered) {
-    EXPECT_EQ(IApplication_ShowMessageBox(W(u"Save changes?"), W(u"Plate"), 3, 1, 2), 2);
-    EXPECT_EQ(tvsim_standin::LastMessage(), u"Save changes?");
-    EXPECT_EQ(tvsim_standin::LastMessageCaption(), u"Plate");
-    EXPECT_EQ(IApplication_ShowMessageDialog(W(u"Replace?"), W(u"Files"), W(u"details"), 3, 1, 0, W(u"Yes"),
-                                             W(u"No"), nullptr, 1, W(u"Always")),
+    EXPECT_EQ(IApplication_ShowMessageBox(TVAPIC_TEXT("Save changes?"), TVAPIC_TEXT("Plate"), 3, 1, 2), 2);
+    EXPECT_EQ(tvsim_standin::LastMessage(), TVAPIC_TEXT("Save changes?"));
+    EXPECT_EQ(tvsim_standin::LastMessageCaption(), TVAPIC_TEXT("Plate"));
+    EXPECT_EQ(IApplication_ShowMessageDialog(TVAPIC_TEXT("Replace?"), TVAPIC_TEXT("Files"), TVAPIC_TEXT("details"), 3, 1, 0, TVAPIC_TEXT("Yes"),
+                                             TVAPIC_TEXT("No"), nullptr, 1, TVAPIC_TEXT("Always")),
               1);
-    EXPECT_EQ(tvsim_standin::LastMessage(), u"Replace?");
+    EXPECT_EQ(tvsim_standin::LastMessage(), TVAPIC_TEXT("Replace?"));
 }
 
 TEST_F(Application, CommandsAreRecordedNotRun) {
@@ -58,7 +58,7 @@ TEST_F(Application, TheActiveDocumentFollowsAddingChoosingAndClosing) {
     EXPECT_EQ(IDocuments_Add(documents(), 6, 1), nullptr);
     Handle first = NewDrawing();
     Handle part(IDocuments_AddWithDefaultSettings(documents(), 3, 1));
-    EXPECT_EQ(Take(ITavraDocument_GetName(part.get())), u"Document2");
+    EXPECT_EQ(Take(ITavraDocument_GetName(part.get())), TVAPIC_TEXT("Document2"));
     EXPECT_EQ(ITavraDocument2D_GetViewsAndLayersManager(part.get()), nullptr);  // not two-dimensional
     Handle active(IApplication_GetActiveDocument());
     EXPECT_TRUE(IAPIObject_IsSameObjects(active.get(), part.get()));
@@ -87,10 +87,10 @@ TEST_F(Application, DocumentPropertiesAndChanges) {
     EXPECT_GE(ITavraDocument_GetLastChangeDate(d), created);
 
     EXPECT_FALSE(ITavraDocument_ActivateToolbarSet(d, nullptr));
-    EXPECT_TRUE(ITavraDocument_ActivateToolbarSet(d, W(u"Drafting")));
-    EXPECT_EQ(Take(ITavraDocument_GetActiveToolbarSet(d)), u"Drafting");
-    EXPECT_EQ(ITavraDocument_GetTextLength(d, W(u"ab\U0001D11E"), 0), 7.5);
-    EXPECT_EQ(Take(ITavraDocument_GetObjectNameByType(d, 1)), u"Line segment");
+    EXPECT_TRUE(ITavraDocument_ActivateToolbarSet(d, TVAPIC_TEXT("Drafting")));
+    EXPECT_EQ(Take(ITavraDocument_GetActiveToolbarSet(d)), TVAPIC_TEXT("Drafting"));
+    EXPECT_EQ(ITavraDocument_GetTextLength(d, TVAPIC_TEXT("ab\U0001D11E"), 0), 7.5);
+    EXPECT_EQ(Take(ITavraDocument_GetObjectNameByType(d, 1)), TVAPIC_TEXT("Line segment"));
     EXPECT_TRUE(ITavraDocument_Draw(d));
 
     ITavraDocument2D_SetOrthogonalMode(d, 1);
@@ -138,7 +138,7 @@ TEST_F(Application, ReferencesComeBackWhereTheyWere) {
         List listed{segment.get(), segment.get()};
         EXPECT_TRUE(ITavraDocument2D_MoveObjects(drawing.get(), listed.get(), 1, 0));
         EXPECT_EQ(ILineSegment_GetX1(segment.get()), 1);  // listed twice, moved once
-        Handle variable(ITavraDocument2D_AddVariable(drawing.get(), W(u"v"), 1, nullptr));
+        Handle variable(ITavraDocument2D_AddVariable(drawing.get(), TVAPIC_TEXT("v"), 1, nullptr));
         auto variables = TakeAll(ITavraDocument2D_GetVariables(drawing.get(), 0));
         EXPECT_EQ(Refs(variable.get()), 3);  // ours, the vector's and the drawing's
         EXPECT_EQ(Refs(segment.get()), 2);

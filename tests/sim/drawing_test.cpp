@@ -20,7 +20,7 @@ TEST_F(Drawing, SegmentsAddedThroughTheActiveViewKeepTheirEnds) {
     EXPECT_FALSE(ITavraDocument_IsChanged(drawing.get()));
     Sheet s = SheetOf(drawing.get());
     ASSERT_TRUE(s.segments);
-    EXPECT_EQ(Take(IView_GetName(s.view.get())), u"Sheet");
+    EXPECT_EQ(Take(IView_GetName(s.view.get())), TVAPIC_TEXT("Sheet"));
     EXPECT_EQ(IView_GetNumber(s.view.get()), 1);
     EXPECT_TRUE(IView_IsCurrent(s.view.get()));
 
@@ -243,8 +243,8 @@ TEST_F(Drawing, ViewsAreAddedNumberedAndPlacedOnTheSheet) {
     EXPECT_EQ(IViews_Add(s.views.get(), 0), nullptr);  // one sheet view per drawing
     Handle detail(IViews_Add(s.views.get(), 1));
     EXPECT_EQ(IView_GetNumber(detail.get()), 2);
-    EXPECT_EQ(Take(IView_GetName(detail.get())), u"View 2");
-    Handle by_name(IViews_GetViewByName(s.views.get(), W(u"View 2")));
+    EXPECT_EQ(Take(IView_GetName(detail.get())), TVAPIC_TEXT("View 2"));
+    Handle by_name(IViews_GetViewByName(s.views.get(), TVAPIC_TEXT("View 2")));
     Handle by_number(IViews_GetViewByNumber(s.views.get(), 2));
     Handle by_index(IViews_GetView(s.views.get(), 1));
     EXPECT_TRUE(IAPIObject_IsSameObjects(by_name.get(), detail.get()));
@@ -273,10 +273,10 @@ TEST_F(Drawing, ViewsAreAddedNumberedAndPlacedOnTheSheet) {
     EXPECT_NEAR(back_y, 1, 1e-12);
 
     // Standard views need the model's file.
-    EXPECT_FALSE(IViews_AddStandartViews(s.views.get(), W(PathTo("missing.tvd").c_str()), nullptr, 0, 0, 1, 10, 10));
+    EXPECT_FALSE(IViews_AddStandartViews(s.views.get(), PathTo("missing.tvd").c_str(), nullptr, 0, 0, 1, 10, 10));
     WriteFile("model.tvd", "model");
-    EXPECT_TRUE(IViews_AddStandartViews(s.views.get(), W(PathTo("model.tvd").c_str()), W(u"Load"), 0, 0, 1, 80, 60));
-    Handle top(IViews_GetViewByName(s.views.get(), W(u"Top")));
+    EXPECT_TRUE(IViews_AddStandartViews(s.views.get(), PathTo("model.tvd").c_str(), TVAPIC_TEXT("Load"), 0, 0, 1, 80, 60));
+    Handle top(IViews_GetViewByName(s.views.get(), TVAPIC_TEXT("Top")));
     EXPECT_EQ(IView_GetViewType(top.get()), 2);
     EXPECT_EQ(IView_GetY(top.get()), 60);
     EXPECT_EQ(IView_GetNumber(top.get()), 4);
@@ -287,10 +287,10 @@ TEST_F(Drawing, LayersCountTheirObjectsAndHideTheirLinks) {
     Sheet s = SheetOf(drawing.get());
     Handle layers(IView_GetLayers(s.view.get()));
     Handle main(ILayers_GetLayer(layers.get(), 0));
-    EXPECT_EQ(Take(ILayer_GetName(main.get())), u"Main");
+    EXPECT_EQ(Take(ILayer_GetName(main.get())), TVAPIC_TEXT("Main"));
     EXPECT_TRUE(ILayer_IsCurrent(main.get()));
-    Handle hidden(ILayers_Add(layers.get(), W(u"Hidden")));
-    EXPECT_EQ(ILayers_Add(layers.get(), W(u"Hidden")), nullptr);  // names are unique
+    Handle hidden(ILayers_Add(layers.get(), TVAPIC_TEXT("Hidden")));
+    EXPECT_EQ(ILayers_Add(layers.get(), TVAPIC_TEXT("Hidden")), nullptr);  // names are unique
     Handle by_number(ILayers_GetLayerByNumber(layers.get(), 1));
     EXPECT_TRUE(IAPIObject_IsSameObjects(by_number.get(), hidden.get()));
 
@@ -304,12 +304,12 @@ TEST_F(Drawing, LayersCountTheirObjectsAndHideTheirLinks) {
     EXPECT_EQ(ILayer_GetObjectCount(hidden.get()), 1);
 
     List both{on_main.get(), on_hidden.get()};
-    EXPECT_TRUE(ITavraDocument2D_CreateHyperLink(drawing.get(), both.get(), 1, W(u"doc://a"), nullptr, 1));
+    EXPECT_TRUE(ITavraDocument2D_CreateHyperLink(drawing.get(), both.get(), 1, TVAPIC_TEXT("doc://a"), nullptr, 1));
     int kind = -1;
-    EXPECT_EQ(Take(IDrawingObject_GetHyperLinkParam(on_main.get(), &kind)), u"doc://a");
+    EXPECT_EQ(Take(IDrawingObject_GetHyperLinkParam(on_main.get(), &kind)), TVAPIC_TEXT("doc://a"));
     EXPECT_EQ(kind, 1);
     ILayer_SetVisible(hidden.get(), 0);
-    EXPECT_EQ(TakeAll(ITavraDocument2D_GetHyperLinkObjects(drawing.get(), 1, nullptr, 0, W(u"doc://a"))).size(), 1u);
+    EXPECT_EQ(TakeAll(ITavraDocument2D_GetHyperLinkObjects(drawing.get(), 1, nullptr, 0, TVAPIC_TEXT("doc://a"))).size(), 1u);
     EXPECT_EQ(TakeAll(ITavraDocument2D_GetHyperLinkObjects(drawing.get(), 1, nullptr, 1, nullptr)).size(), 2u);
     EXPECT_TRUE(IDrawingObject_DeleteHyperLink(on_main.get()));
     EXPECT_FALSE(IDrawingObject_DeleteHyperLink(on_main.get()));
@@ -326,9 +326,9 @@ TEST_F(Drawing, LayersCountTheirObjectsAndHideTheirLinks) {
     // The group's states are its layers' visibility.
     Handle groups(IViewsAndLayersManager_GetLayerGroups(s.manager.get()));
     Handle group(ILayerGroups_GetItem(groups.get(), 0));
-    EXPECT_EQ(Take(ILayerGroup_GetName(group.get())), u"Layers");
+    EXPECT_EQ(Take(ILayerGroup_GetName(group.get())), TVAPIC_TEXT("Layers"));
     Handle members(ILayerGroup_GetLayers(group.get()));
-    EXPECT_EQ(ILayers_GetLayerByName(members.get(), W(u"Hidden")), nullptr);  // added to the drawing only
+    EXPECT_EQ(ILayers_GetLayerByName(members.get(), TVAPIC_TEXT("Hidden")), nullptr);  // added to the drawing only
     EXPECT_TRUE(ILayers_Attach(members.get(), hidden.get()));
     BoolVector_t* states = ILayerGroup_GetLayerStates(group.get());
     ASSERT_EQ(states->size, 2u);

@@ -13,7 +13,7 @@ TEST_F(Layers, GroupsAreAddedDetachedAttachedAndDeleted) {
     Handle main_group(ILayerGroups_GetItem(groups.get(), 0));
     EXPECT_TRUE(ILayerGroup_IsCurrent(main_group.get()));
     EXPECT_EQ(ILayerGroups_Add(groups.get(), nullptr), nullptr);  // a group needs a name
-    Handle walls(ILayerGroups_Add(groups.get(), W(u"Walls")));
+    Handle walls(ILayerGroups_Add(groups.get(), TVAPIC_TEXT("Walls")));
     ASSERT_TRUE(walls);
     EXPECT_NE(ILayerGroup_GetUniqueId(walls.get()), ILayerGroup_GetUniqueId(main_group.get()));
     ILayerGroup_SetCurrent(walls.get(), 1);
@@ -21,9 +21,9 @@ TEST_F(Layers, GroupsAreAddedDetachedAttachedAndDeleted) {
 
     // Layers added through a group belong to the drawing as well.
     Handle members(ILayerGroup_GetLayers(walls.get()));
-    Handle brick(ILayers_Add(members.get(), W(u"Brick")));
+    Handle brick(ILayers_Add(members.get(), TVAPIC_TEXT("Brick")));
     Handle all(IView_GetLayers(s.view.get()));
-    Handle found(ILayers_GetLayerByName(all.get(), W(u"Brick")));
+    Handle found(ILayers_GetLayerByName(all.get(), TVAPIC_TEXT("Brick")));
     EXPECT_TRUE(IAPIObject_IsSameObjects(found.get(), brick.get()));
     EXPECT_FALSE(ILayers_Detach(all.get(), brick.get()));  // the drawing keeps every layer
     EXPECT_TRUE(ILayers_Detach(members.get(), brick.get()));
@@ -38,7 +38,7 @@ TEST_F(Layers, GroupsAreAddedDetachedAttachedAndDeleted) {
     EXPECT_FALSE(ILayerGroups_Detach(groups.get(), foreign.get()));
 
     EXPECT_TRUE(ILayerGroups_Detach(groups.get(), walls.get()));
-    EXPECT_EQ(ILayerGroups_GetItemByName(groups.get(), W(u"Walls")), nullptr);
+    EXPECT_EQ(ILayerGroups_GetItemByName(groups.get(), TVAPIC_TEXT("Walls")), nullptr);
     EXPECT_FALSE(ILayerGroup_IsCurrent(walls.get()));
     EXPECT_TRUE(ILayerGroups_Attach(groups.get(), walls.get()));
     EXPECT_FALSE(ILayerGroups_Attach(groups.get(), walls.get()));
@@ -57,13 +57,13 @@ TEST_F(Layers, NamesStayUniqueAndStatesMatchTheGroup) {
     Handle drawing = NewDrawing();
     Sheet s = SheetOf(drawing.get());
     Handle all(IView_GetLayers(s.view.get()));
-    Handle a(ILayers_Add(all.get(), W(u"A")));
-    Handle b(ILayers_Add(all.get(), W(u"B")));
+    Handle a(ILayers_Add(all.get(), TVAPIC_TEXT("A")));
+    Handle b(ILayers_Add(all.get(), TVAPIC_TEXT("B")));
     EXPECT_EQ(ILayers_Add(all.get(), nullptr), nullptr);
-    ILayer_SetName(b.get(), W(u"A"));  // taken
-    EXPECT_EQ(Take(ILayer_GetName(b.get())), u"B");
-    ILayer_SetName(b.get(), W(u"C"));
-    EXPECT_EQ(Take(ILayer_GetName(b.get())), u"C");
+    ILayer_SetName(b.get(), TVAPIC_TEXT("A"));  // taken
+    EXPECT_EQ(Take(ILayer_GetName(b.get())), TVAPIC_TEXT("B"));
+    ILayer_SetName(b.get(), TVAPIC_TEXT("C"));
+    EXPECT_EQ(Take(ILayer_GetName(b.get())), TVAPIC_TEXT("C"));
     ILayer_SetCurrent(b.get(), 0);  // unsetting does not move the current layer
     Handle main(ILayers_GetLayerByNumber(all.get(), 0));
     EXPECT_TRUE(ILayer_IsCurrent(main.get()));

@@ -18,20 +18,20 @@
 
 namespace sim_test {
 
-inline const tvWChar* W(const char16_t* text) { return reinterpret_cast<const tvWChar*>(text); }
+// Text of the library's unit (wchar_t on Windows, char16_t elsewhere);
+// literals are written TVAPIC_TEXT("...").
+using Text = std::basic_string<tvWChar>;
 
 // A returned text as a string; the block is freed.
-inline std::u16string Take(tvWChar* text) {
-    if (!text) return u"(null)";
-    std::u16string s(reinterpret_cast<const char16_t*>(text));
+inline Text Take(tvWChar* text) {
+    if (!text) return TVAPIC_TEXT("(null)");
+    Text s(text);
     std::free(text);
     return s;
 }
 
 // A borrowed text (a vector's element) as a string.
-inline std::u16string Borrowed(const tvWChar* text) {
-    return text ? std::u16string(reinterpret_cast<const char16_t*>(text)) : u"(null)";
-}
+inline Text Borrowed(const tvWChar* text) { return text ? Text(text) : TVAPIC_TEXT("(null)"); }
 
 // One reference on a handle, given back when it goes.
 class Handle {
@@ -106,8 +106,8 @@ protected:
 
     void* documents() const { return documents_.get(); }
 
-    // A path in the test's own folder, as UTF-16.
-    std::u16string PathTo(const std::string& name) const { return (folder_ / name).u16string(); }
+    // A path in the test's own folder, as text.
+    Text PathTo(const std::string& name) const { return (folder_ / name).string<tvWChar>(); }
     void WriteFile(const std::string& name, const std::string& bytes) const {
         std::ofstream(folder_ / name, std::ios::binary) << bytes;
     }

@@ -52,7 +52,8 @@ void CheckAnswerVector(Pass& p, Uint8Vector_t* v) { CheckNumbers(p, v); }
 void CheckAnswerVector(Pass& p, StringVector_t* v) {
     if (!SizeIs(p, v)) return;
     for (uint64_t i = 0; i < v->size; ++i) {
-        p.Expect(Text(v->data[i]) == u"e" + std::u16string(1, char16_t(u'0' + i)), "text list element");
+        p.Expect(Text(v->data[i]) == TVAPIC_TEXT("e") + tvapi::WString(1, tvWChar(TVAPIC_TEXT('0') + i)),
+                 "text list element");
     }
 }
 

@@ -70,9 +70,9 @@ Vector<CV>::Vector(Pass& p, int pos, const char* element, bool in_out) : inout(i
         expected = "[[obj" + std::to_string(objects[0]->id()) + "]]";
     } else if constexpr (std::is_same_v<CV, StringVector_t>) {
         c = StringVector_Create(2);
-        std::u16string first = u"s" + std::u16string(1, char16_t(u'0' + pos));
-        StringVector_Set(c, 0, reinterpret_cast<const tvWChar*>(first.c_str()));
-        StringVector_Set(c, 1, reinterpret_cast<const tvWChar*>(u""));
+        tvapi::WString first = TVAPIC_TEXT("s") + tvapi::WString(1, tvWChar(TVAPIC_TEXT('0') + pos));
+        StringVector_Set(c, 0, first.c_str());
+        StringVector_Set(c, 1, TVAPIC_TEXT(""));
         expected = "[\"s" + std::to_string(pos) + "\",\"\"]";
     } else if constexpr (std::is_same_v<CV, PropertyValueVector_t>) {
         values.push_back(PropertyValue_Create());

@@ -50,11 +50,11 @@ struct Double : NoCopy {
 };
 
 struct Text : NoCopy {
-    std::u16string storage;
+    tvapi::WString storage;
     const tvWChar* c;
-    Text(Pass&, int pos) : storage(u"t" + std::u16string(1, char16_t(u'0' + pos))), c(ToC(storage)) {}
-    static const tvWChar* ToC(const std::u16string& s) { return reinterpret_cast<const tvWChar*>(s.c_str()); }
-    std::string Expected() const { return tvprobe::Describe(tvapi::WString(storage.begin(), storage.end())); }
+    Text(Pass&, int pos)
+        : storage(TVAPIC_TEXT("t") + tvapi::WString(1, tvWChar(TVAPIC_TEXT('0') + pos))), c(storage.c_str()) {}
+    std::string Expected() const { return tvprobe::Describe(storage); }
     void After(Pass&) {}
 };
 

@@ -33,13 +33,7 @@ std::vector<std::string> Split(const std::string& names) {
 
 }  // namespace
 
-std::u16string Text(const tvWChar* s) {
-    std::u16string out;
-    if (s) {
-        for (; *s; ++s) out += static_cast<char16_t>(*s);
-    }
-    return out;
-}
+tvapi::WString Text(const tvWChar* s) { return s ? s : tvapi::WString(); }
 
 Pass::Pass(const Case& c, Mode mode, tvprobe::Object* target, tvprobe::Object* result,
            std::vector<std::string>& failures)

@@ -41,7 +41,7 @@ std::vector<std::string> RunAll(const std::vector<Case>& cases, std::size_t& cov
 std::vector<Case> AllCases();
 std::size_t ExportCount();
 
-std::u16string Text(const tvWChar* s);
+tvapi::WString Text(const tvWChar* s);
 
 class Pass {
 public:

@@ -61,8 +61,7 @@ public:
 
 using Shapes = std::vector<SmartPtr<IShape>>;
 
-WString W(const char16_t* s) { return WString(reinterpret_cast<const tvapi::WChar*>(s)); }
-std::u16string Text(const tvWChar* s) { return std::u16string(reinterpret_cast<const char16_t*>(s)); }
+WString Text(const tvWChar* s) { return s; }
 
 // ---- Argument conversion.
 
@@ -120,12 +119,12 @@ TEST(ToHostTest, ScalarsAreCopiedAndFlagsUnpacked) {
 }
 
 TEST(ToHostTest, TextsAreCopiedAndANullTextIsEmpty) {
-    tvWChar a[] = u"alpha";
+    tvWChar a[] = TVAPIC_TEXT("alpha");
     tvWChar* texts[] = {a, nullptr};
     StringVector_t v{2, texts};
     const std::vector<WString> host = ToHost<WString>(&v);
-    a[0] = u'A';
-    EXPECT_EQ(host, (std::vector<WString>{W(u"alpha"), WString()}));
+    a[0] = TVAPIC_TEXT('A');
+    EXPECT_EQ(host, (std::vector<WString>{WString(TVAPIC_TEXT("alpha")), WString()}));
 }
 
 TEST(ToHostTest, ObjectsAreQueriedAndNullOrMissingInterfacesArriveAsNull) {
@@ -181,11 +180,11 @@ TEST(ToHostTest, ValuesAreCopiedFromTheirHandles) {
     EXPECT_EQ(host[1].GetValueType(), tvapi::PropertyValue::Empty);
     PropertyValue_Delete(number);
 
-    const tvapi::AttributeValue cell(W(u"cell"));
+    const tvapi::AttributeValue cell(WString(TVAPIC_TEXT("cell")));
     AttributeValue_t* attribute = NewValueHandle<AttributeValue_t>(&cell);
     AttributeValue_t* attribute_slots[] = {attribute};
     AttributeValueVector_t attributes{1, attribute_slots};
-    EXPECT_EQ(ToHost<tvapi::AttributeValue>(&attributes).at(0).Text(), W(u"cell"));
+    EXPECT_EQ(ToHost<tvapi::AttributeValue>(&attributes).at(0).Text(), WString(TVAPIC_TEXT("cell")));
     ReleaseHostValue(attribute->value);  // a short text: nothing on the heap
     delete attribute;
 
@@ -230,12 +229,12 @@ TEST(NewVectorTest, PackedFlagsBecomeZeroOrOnePerElement) {
 }
 
 TEST(NewVectorTest, TextsAreCopiedWhole) {
-    const WString with_zero{u'x', 0, u'y'};
-    StringVector_t* v = NewVector<StringVector_t>(std::vector<WString>{W(u"one"), WString(), with_zero});
+    const WString with_zero{TVAPIC_TEXT('x'), 0, TVAPIC_TEXT('y')};
+    StringVector_t* v = NewVector<StringVector_t>(std::vector<WString>{WString(TVAPIC_TEXT("one")), WString(), with_zero});
     ASSERT_EQ(v->size, 3u);
-    EXPECT_EQ(Text(v->data[0]), u"one");
-    EXPECT_EQ(Text(v->data[1]), u"");
-    EXPECT_EQ(v->data[2][2], u'y');  // units are copied by count, past the zero
+    EXPECT_EQ(Text(v->data[0]), TVAPIC_TEXT("one"));
+    EXPECT_EQ(Text(v->data[1]), TVAPIC_TEXT(""));
+    EXPECT_EQ(v->data[2][2], TVAPIC_TEXT('y'));  // units are copied by count, past the zero
     EXPECT_EQ(v->data[2][3], 0);
     StringVector_Delete(v);
 }
@@ -275,12 +274,12 @@ TEST(NewVectorTest, NullAndFacelessObjectsAreStoredAsNull) {
 TEST(NewVectorTest, PropertyValuesBecomeNewHandlesWithCopies) {
     std::vector<tvapi::PropertyValue> host(2);
     host[0].SetDouble(0.5);
-    host[1].SetString(W(u"short"));
+    host[1].SetString(WString(TVAPIC_TEXT("short")));
     PropertyValueVector_t* v = NewVector<PropertyValueVector_t>(host);
     host[0].SetDouble(9.0);
     ASSERT_EQ(v->size, 2u);
     EXPECT_EQ(PropertyValue_GetDouble(v->data[0]), 0.5);
-    EXPECT_EQ(v->data[1]->value->GetString(), W(u"short"));
+    EXPECT_EQ(v->data[1]->value->GetString(), WString(TVAPIC_TEXT("short")));
     for (std::uint64_t i = 0; i < v->size; ++i) PropertyValue_Delete(v->data[i]);
     PropertyValueVector_Delete(v);
 }
@@ -294,11 +293,11 @@ TEST(RefillTest, ReplacesContentsAndFreesTheOldOnes) {
 
     // The old texts are freed by the refill (the sanitiser build checks it).
     StringVector_t* s = StringVector_Create(2);
-    StringVector_Set(s, 0, u"an old text that lives on the heap");
-    StringVector_Set(s, 1, u"another old text on the heap");
-    Refill(s, std::vector<WString>{W(u"new")});
+    StringVector_Set(s, 0, TVAPIC_TEXT("an old text that lives on the heap"));
+    StringVector_Set(s, 1, TVAPIC_TEXT("another old text on the heap"));
+    Refill(s, std::vector<WString>{WString(TVAPIC_TEXT("new"))});
     ASSERT_EQ(s->size, 1u);
-    EXPECT_EQ(Text(StringVector_Get(s, 0)), u"new");
+    EXPECT_EQ(Text(StringVector_Get(s, 0)), TVAPIC_TEXT("new"));
     StringVector_Delete(s);
 
     BoolVector_t* b = BoolVector_Create(1);
@@ -309,7 +308,7 @@ TEST(RefillTest, ReplacesContentsAndFreesTheOldOnes) {
 
 TEST(RefillTest, NullVectorDropsTheResult) {
     Refill(static_cast<DoubleVector_t*>(nullptr), std::vector<double>{1.0});
-    Refill(static_cast<StringVector_t*>(nullptr), std::vector<WString>{W(u"dropped")});
+    Refill(static_cast<StringVector_t*>(nullptr), std::vector<WString>{WString(TVAPIC_TEXT("dropped"))});
     Shape shape;
     Refill(static_cast<ObjectReferenceVector_t*>(nullptr), Shapes{SmartPtr<IShape>(&shape)});
     EXPECT_EQ(shape.refs, 1);

@@ -22,13 +22,11 @@ namespace {
 using tvapi::PropertyValue;
 using tvapi::WString;
 
-WString W(const char16_t* s) { return WString(reinterpret_cast<const tvapi::WChar*>(s)); }
-
 // Takes a returned text and frees it, as a C caller must.
-std::u16string Take(tvWChar* s) {
+WString Take(tvWChar* s) {
     EXPECT_NE(s, nullptr);
     if (!s) return {};
-    std::u16string out(reinterpret_cast<const char16_t*>(s));
+    WString out(s);
     std::free(s);
     return out;
 }
@@ -51,8 +49,8 @@ TEST_F(PropertyValueHandleTest, NewValueIsEmpty) {
     EXPECT_EQ(PropertyValue_GetBool(h), 0);
     EXPECT_EQ(PropertyValue_GetInt(h), 0);
     EXPECT_EQ(PropertyValue_GetDouble(h), 0.0);
-    EXPECT_EQ(Take(PropertyValue_GetString(h)), u"");
-    EXPECT_EQ(Take(PropertyValue_ToString(h)), u"");
+    EXPECT_EQ(Take(PropertyValue_GetString(h)), TVAPIC_TEXT(""));
+    EXPECT_EQ(Take(PropertyValue_ToString(h)), TVAPIC_TEXT(""));
     EXPECT_EQ(PropertyValue_ToInt(h), 0);
 }
 
@@ -62,12 +60,12 @@ TEST_F(PropertyValueHandleTest, AnyNonZeroFlagIsTrueAndReadsAsOne) {
     EXPECT_EQ(PropertyValue_GetBool(h), 1);
     EXPECT_EQ(PropertyValue_ToBool(h), 1);
     EXPECT_EQ(PropertyValue_ToInt(h), 1);
-    EXPECT_EQ(Take(PropertyValue_ToString(h)), u"true");
+    EXPECT_EQ(Take(PropertyValue_ToString(h)), TVAPIC_TEXT("true"));
     PropertyValue_SetBool(h, INT_MIN);
     EXPECT_EQ(PropertyValue_GetBool(h), 1);
     PropertyValue_SetBool(h, 0);
     EXPECT_EQ(PropertyValue_GetBool(h), 0);
-    EXPECT_EQ(Take(PropertyValue_ToString(h)), u"false");
+    EXPECT_EQ(Take(PropertyValue_ToString(h)), TVAPIC_TEXT("false"));
 }
 
 TEST_F(PropertyValueHandleTest, GettersAnswerOnlyForTheStoredType) {
@@ -76,59 +74,61 @@ TEST_F(PropertyValueHandleTest, GettersAnswerOnlyForTheStoredType) {
     EXPECT_EQ(PropertyValue_GetInt(h), -42);
     EXPECT_EQ(PropertyValue_GetDouble(h), 0.0);
     EXPECT_EQ(PropertyValue_GetBool(h), 0);
-    EXPECT_EQ(Take(PropertyValue_GetString(h)), u"");
+    EXPECT_EQ(Take(PropertyValue_GetString(h)), TVAPIC_TEXT(""));
     EXPECT_EQ(PropertyValue_ToDouble(h), -42.0);
     EXPECT_EQ(PropertyValue_ToBool(h), 1);
-    EXPECT_EQ(Take(PropertyValue_ToString(h)), u"-42");
+    EXPECT_EQ(Take(PropertyValue_ToString(h)), TVAPIC_TEXT("-42"));
 
-    PropertyValue_SetString(h, u"5");
+    PropertyValue_SetString(h, TVAPIC_TEXT("5"));
     PropertyValue_SetDouble(h, 2.5);  // a later Set replaces type and value
     EXPECT_EQ(PropertyValue_GetValueType(h), PropertyValue::Double);
     EXPECT_EQ(PropertyValue_GetDouble(h), 2.5);
-    EXPECT_EQ(Take(PropertyValue_GetString(h)), u"");
+    EXPECT_EQ(Take(PropertyValue_GetString(h)), TVAPIC_TEXT(""));
 }
 
 TEST_F(PropertyValueHandleTest, NullTextIsStoredAsEmptyText) {
     PropertyValue_SetString(h, nullptr);
     EXPECT_EQ(PropertyValue_GetValueType(h), PropertyValue::String);
-    EXPECT_EQ(Take(PropertyValue_GetString(h)), u"");
+    EXPECT_EQ(Take(PropertyValue_GetString(h)), TVAPIC_TEXT(""));
 }
 
 TEST_F(PropertyValueHandleTest, EveryTextResultIsAFreshWideBlock) {
-    PropertyValue_SetString(h, u"a text longer than the inline buffer");
+    PropertyValue_SetString(h, TVAPIC_TEXT("a text longer than the inline buffer"));
     tvWChar* first = PropertyValue_GetString(h);
     tvWChar* second = PropertyValue_GetString(h);
     ASSERT_NE(first, second);
 #if defined(__GLIBC__)
     EXPECT_GE(malloc_usable_size(first), (36u + 1) * 8);
 #endif
-    EXPECT_EQ(Take(first), u"a text longer than the inline buffer");
-    EXPECT_EQ(Take(second), u"a text longer than the inline buffer");  // unharmed by the free
+    EXPECT_EQ(Take(first), TVAPIC_TEXT("a text longer than the inline buffer"));
+    EXPECT_EQ(Take(second), TVAPIC_TEXT("a text longer than the inline buffer"));  // unharmed by the free
 }
 
 TEST_F(PropertyValueHandleTest, HostTextWithAZeroInsideIsCopiedWhole) {
-    h->value->SetString(WString{u'a', 0, u'b'});
+    h->value->SetString(WString{TVAPIC_TEXT('a'), 0, TVAPIC_TEXT('b')});
     tvWChar* copy = PropertyValue_GetString(h);
-    EXPECT_EQ(copy[0], u'a');
+    EXPECT_EQ(copy[0], TVAPIC_TEXT('a'));
     EXPECT_EQ(copy[1], 0);
-    EXPECT_EQ(copy[2], u'b');
+    EXPECT_EQ(copy[2], TVAPIC_TEXT('b'));
     EXPECT_EQ(copy[3], 0);
     std::free(copy);
 }
 
 TEST_F(PropertyValueHandleTest, TextIsConvertedAsADecimalNumber) {
-    PropertyValue_SetString(h, u" 12.75 ");
+    PropertyValue_SetString(h, TVAPIC_TEXT(" 12.75 "));
     EXPECT_EQ(PropertyValue_ToDouble(h), 12.75);
     EXPECT_EQ(PropertyValue_ToInt(h), 12);
     EXPECT_EQ(PropertyValue_ToBool(h), 1);
-    PropertyValue_SetString(h, u"-3e2");
+    PropertyValue_SetString(h, TVAPIC_TEXT("-3e2"));
     EXPECT_EQ(PropertyValue_ToInt(h), -300);
-    PropertyValue_SetString(h, u"+0");
+    PropertyValue_SetString(h, TVAPIC_TEXT("+0"));
     EXPECT_EQ(PropertyValue_ToBool(h), 0);
 }
 
 TEST_F(PropertyValueHandleTest, UnreadableTextConvertsToZero) {
-    const char16_t* texts[] = {u"", u"abc", u"12abc", u"1,5", u"\u0661"};  // the last: a non-ASCII digit
+    // The last: a non-ASCII digit.
+    const tvWChar* texts[] = {TVAPIC_TEXT(""), TVAPIC_TEXT("abc"), TVAPIC_TEXT("12abc"), TVAPIC_TEXT("1,5"),
+                              TVAPIC_TEXT("\u0661")};
     for (int i = 0; i < 5; ++i) {
         PropertyValue_SetString(h, texts[i]);
         EXPECT_EQ(PropertyValue_ToInt(h), 0) << "text " << i;
@@ -139,22 +139,22 @@ TEST_F(PropertyValueHandleTest, UnreadableTextConvertsToZero) {
 
 TEST(PropertyValueTest, FlagWordsReadBackInAnyCase) {
     PropertyValue v;
-    v.SetString(W(u"TRUE"));
+    v.SetString(WString(TVAPIC_TEXT("TRUE")));
     EXPECT_TRUE(v.ToBool());
     EXPECT_EQ(v.ToInt(), 1);
-    v.SetString(W(u"False"));
+    v.SetString(WString(TVAPIC_TEXT("False")));
     EXPECT_FALSE(v.ToBool());
     EXPECT_EQ(v.ToDouble(), 0.0);
 }
 
 TEST(PropertyValueTest, RealsBecomeShortTextWithoutTrailingZeros) {
-    const std::pair<double, const char16_t*> cases[] = {
-        {2.5, u"2.5"}, {3.0, u"3"}, {0.1, u"0.1"}, {-1.25, u"-1.25"}, {100.0, u"100"}, {0.0, u"0"},
+    const std::pair<double, const tvWChar*> cases[] = {
+        {2.5, TVAPIC_TEXT("2.5")}, {3.0, TVAPIC_TEXT("3")}, {0.1, TVAPIC_TEXT("0.1")}, {-1.25, TVAPIC_TEXT("-1.25")}, {100.0, TVAPIC_TEXT("100")}, {0.0, TVAPIC_TEXT("0")},
     };
     PropertyValue v;
     for (const auto& [number, text] : cases) {
         v.SetDouble(number);
-        EXPECT_EQ(v.ToString(), W(text)) << number;
+        EXPECT_EQ(v.ToString(), text) << number;
         PropertyValue back;
         back.SetString(v.ToString());
         EXPECT_EQ(back.ToDouble(), number);  // the text reads back exactly
@@ -178,10 +178,10 @@ TEST(PropertyValueTest, RealsTruncateTowardZeroAndSaturate) {
 
 TEST(PropertyValueTest, CopiesAreIndependentAndMovesLeaveAnEmptyValue) {
     PropertyValue original;
-    original.SetString(W(u"a text long enough to be on the heap"));
+    original.SetString(WString(TVAPIC_TEXT("a text long enough to be on the heap")));
     PropertyValue copy(original);
     original.SetInt(1);
-    EXPECT_EQ(copy.GetString(), W(u"a text long enough to be on the heap"));
+    EXPECT_EQ(copy.GetString(), WString(TVAPIC_TEXT("a text long enough to be on the heap")));
 
     PropertyValue moved(std::move(copy));
     EXPECT_EQ(moved.GetValueType(), PropertyValue::String);
@@ -190,7 +190,7 @@ TEST(PropertyValueTest, CopiesAreIndependentAndMovesLeaveAnEmptyValue) {
 
     PropertyValue assigned;
     assigned = std::move(moved);
-    EXPECT_EQ(assigned.ToString(), W(u"a text long enough to be on the heap"));
+    EXPECT_EQ(assigned.ToString(), WString(TVAPIC_TEXT("a text long enough to be on the heap")));
     assigned = original;
     EXPECT_EQ(assigned.GetInt(), 1);
 }

@@ -7,7 +7,7 @@
 #include <limits>
 #include <string>
 
-#if defined(__GLIBC__)
+#if defined(__GLIBC__) || defined(_WIN32)
 #include <malloc.h>
 #endif
 
@@ -134,16 +134,16 @@ TEST(Uint8VectorVectorTest, SetTakesOverTheNewElementAndLeavesTheOldOne) {
 
 // ---- String vectors.
 
-std::u16string Text(const tvWChar* s) { return std::u16string(reinterpret_cast<const char16_t*>(s)); }
+tvapi::WString Text(const tvWChar* s) { return s; }
 
 TEST(StringVectorTest, SetStoresAnIndependentCopy) {
     StringVector_t* v = StringVector_Create(1);
-    tvWChar caller[] = u"ab";
+    tvWChar caller[] = TVAPIC_TEXT("ab");
     StringVector_Set(v, 0, caller);
     tvWChar* stored = StringVector_Get(v, 0);
     EXPECT_NE(stored, caller);
-    caller[0] = u'x';
-    EXPECT_EQ(Text(stored), u"ab");
+    caller[0] = TVAPIC_TEXT('x');
+    EXPECT_EQ(Text(stored), TVAPIC_TEXT("ab"));
     EXPECT_EQ(StringVector_Get(v, 0), stored);  // the stored pointer, not a copy
     EXPECT_EQ(v->data[0], stored);
     StringVector_Delete(v);
@@ -151,32 +151,34 @@ TEST(StringVectorTest, SetStoresAnIndependentCopy) {
 
 TEST(StringVectorTest, CopyBlockHoldsEightBytesPerUnit) {
     StringVector_t* v = StringVector_Create(2);
-    const tvWChar* text = u"fifteen units..";  // 15 units: 128 bytes, not 32
+    const tvWChar* text = TVAPIC_TEXT("fifteen units..");  // 15 units: 128 bytes, not 32
     StringVector_Set(v, 0, text);
-    StringVector_Set(v, 1, u"");
+    StringVector_Set(v, 1, TVAPIC_TEXT(""));
     EXPECT_EQ(Text(StringVector_Get(v, 0)), text);
-    EXPECT_EQ(Text(StringVector_Get(v, 1)), u"");
+    EXPECT_EQ(Text(StringVector_Get(v, 1)), TVAPIC_TEXT(""));
 #if defined(__GLIBC__)
     EXPECT_GE(malloc_usable_size(StringVector_Get(v, 0)), 16u * 8u);
+#elif defined(_WIN32)
+    EXPECT_GE(_msize(StringVector_Get(v, 0)), 16u * 8u);
 #endif
     StringVector_Delete(v);
 }
 
 TEST(StringVectorTest, SettingASlotAgainDoesNotFreeTheEarlierCopy) {
     StringVector_t* v = StringVector_Create(1);
-    StringVector_Set(v, 0, u"old");
+    StringVector_Set(v, 0, TVAPIC_TEXT("old"));
     tvWChar* old = StringVector_Get(v, 0);
-    StringVector_Set(v, 0, u"new");
+    StringVector_Set(v, 0, TVAPIC_TEXT("new"));
     EXPECT_NE(StringVector_Get(v, 0), old);
-    EXPECT_EQ(Text(old), u"old");  // still readable: nobody freed it
+    EXPECT_EQ(Text(old), TVAPIC_TEXT("old"));  // still readable: nobody freed it
     std::free(old);
     StringVector_Delete(v);
 }
 
 TEST(StringVectorTest, ClearFreesTheTextsAndKeepsTheOldBlockAddress) {
     StringVector_t* v = StringVector_Create(2);
-    StringVector_Set(v, 0, u"a long enough text to live on the heap");
-    StringVector_Set(v, 1, u"b");
+    StringVector_Set(v, 0, TVAPIC_TEXT("a long enough text to live on the heap"));
+    StringVector_Set(v, 1, TVAPIC_TEXT("b"));
     tvWChar** block = v->data;
     StringVector_Clear(v);
     EXPECT_EQ(v->size, 0u);
@@ -187,8 +189,8 @@ TEST(StringVectorTest, ClearFreesTheTextsAndKeepsTheOldBlockAddress) {
 
 TEST(StringVectorTest, VectorOfVectorsDeletesEverythingItHolds) {
     StringVector_t* inner = StringVector_Create(2);
-    StringVector_Set(inner, 0, u"first");
-    StringVector_Set(inner, 1, u"second");
+    StringVector_Set(inner, 0, TVAPIC_TEXT("first"));
+    StringVector_Set(inner, 1, TVAPIC_TEXT("second"));
     StringVectorVector_t* outer = StringVectorVector_Create(2);
     StringVectorVector_Set(outer, 0, inner);
     StringVectorVector_Set(outer, 1, nullptr);
@@ -202,7 +204,7 @@ TEST(OwningVectorTest, NullVectorsAreIgnored) {
     EXPECT_EQ(StringVectorVector_Get(nullptr, 0), nullptr);
     EXPECT_EQ(ObjectReferenceVectorVector_Get(nullptr, 3), nullptr);
     Uint8VectorVector_Set(nullptr, 0, nullptr);
-    StringVector_Set(nullptr, 0, u"x");
+    StringVector_Set(nullptr, 0, TVAPIC_TEXT("x"));
     Uint8VectorVector_Clear(nullptr);
     StringVector_Clear(nullptr);
     StringVectorVector_Clear(nullptr);

@@ -29,7 +29,7 @@ def outputs(cat, events):
     }
     for group in cat.groups:
         files[f"include/tvapi/{group}.h"] = lambda g=group: emit_tvapi.emit_group(cat, g, events)
-        files[f"sim/defaults_{group}.h"] = lambda g=group: emit_sim.emit_group(cat, g)
+        files[f"sim/defaults_{group}.h"] = lambda g=group: emit_sim.emit_group(cat, g, events)
         for n, part in enumerate(emit_exports.chunks(cat, group)):
             files[f"api/{group}_{n}.cpp"] = lambda g=group, p=part: emit_exports.emit_chunk(cat, g, p)
             # Faces of interfaces that take handlers come from emit_events.

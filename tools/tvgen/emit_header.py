@@ -41,6 +41,15 @@ typedef char16_t tvWChar;
 typedef uint_least16_t tvWChar;
 #endif
 
+/* A text or character literal of tvWChar units, on every platform:
+ * TVAPIC_TEXT("a.tvd"), TVAPIC_TEXT('/'). Outside Windows it is a u"..."
+ * literal, which C has from C11 and C++ from C++11. */
+#if defined(_WIN32)
+#  define TVAPIC_TEXT(literal) L##literal
+#else
+#  define TVAPIC_TEXT(literal) u##literal
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif

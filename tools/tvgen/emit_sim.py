@@ -1,7 +1,14 @@
 """Emits default implementations of every interface for the simulated host:
 tvsim::Default<I> answers every operation with an empty result, so that a
-simulated object overrides only the operations it models."""
+simulated object overrides only the operations it models.
 
+An interface that takes handlers keeps them: one HandlerList per event, in a
+public `handlers` member the simulated model raises events through (and tests
+raise any event through); RemoveAllHandlers drops a key's handlers, or all of
+them on an unkeyed interface."""
+
+from . import emit_events
+from . import events as ev
 from .ctypes_map import host_param, host_value
 from .emit_tvapi import group_dependencies
 
@@ -13,15 +20,54 @@ def operation(op):
     return f"    {result} {op.name}({params}) override {body}\n"
 
 
-def emit_group(cat, group):
+def registration(e):
+    key = "key, " if e.source.keyed else ""
+    # A "Set…" registration holds one handler: the new one replaces the old.
+    replace = f"handlers.{e.name}.Clear(); " if e.registration.startswith("Set") else ""
+    return (f"    {emit_events.registration_declaration(e)} override "
+            f"{{ {replace}handlers.{e.name}.Add({key}std::move(handler)); }}\n")
+
+
+def removal(source):
+    if source.keyed:
+        return "    void RemoveAllHandlers(const tvapi::WString& key) override { handlers.Remove(key); }\n"
+    return "    void RemoveAllHandlers() override { handlers.Clear(); }\n"
+
+
+def handler_lists(source):
+    names = [e.name for e in source.events]
+    lists = "".join(f"        HandlerList<{e.handler_type}> {e.name};\n" for e in source.events)
+    remove = "".join(f"            {n}.Remove(key);\n" for n in names)
+    clear = "".join(f"            {n}.Clear();\n" for n in names)
+    return ("\n    // The registered handlers, one list per event.\n    struct Handlers {\n" + lists +
+            f"        void Remove(const tvapi::WString& key) {{\n{remove}        }}\n"
+            f"        void Clear() {{\n{clear}        }}\n    }} handlers;\n")
+
+
+def members(i, source):
+    if source is None:
+        return [operation(op) for op in i.ops]
+    out = []
+    for m in source.members:
+        if isinstance(m, ev.Event):
+            out.append(registration(m))
+        elif source.kind == "events" and m.name == "RemoveAllHandlers":
+            out.append(removal(source))
+        else:
+            out.append(operation(m))
+    return out + [handler_lists(source)]
+
+
+def emit_group(cat, group, events=None):
     out = ["// Generated from the catalogue; do not edit.\n#pragma once\n\n",
-           '#include "sim/object.h"\n']
+           "#include <utility>\n\n", '#include "sim/handlers.h"\n', '#include "sim/object.h"\n']
     for g in group_dependencies(cat, group):
         out.append(f'#include "tvapi/{g}.h"\n')
     out.append("\nnamespace tvsim {\n")
     for i in cat.interfaces.values():
         if i.group != group:
             continue
+        source = events.sources.get(i.name) if events else None
         out.append(f"\ntemplate <>\nclass Default<tvapi::{i.name}> : public tvapi::{i.name} {{\npublic:\n")
         if i.root:
             out.append("    void HostReserved() override {}\n")
@@ -31,7 +77,7 @@ def emit_group(cat, group):
                        "    int AddRef() override { return owner_.AddRef(); }\n"
                        "    int Release() override { return owner_.Release(); }\n"
                        "    void* QueryInterface(const char* iid) override { return owner_.Query(iid); }\n")
-        out.extend(operation(op) for op in i.ops)
+        out.extend(members(i, source))
         if not i.root:
             out.append("\nprivate:\n    Object& owner_;\n")
         out.append("};\n")

@@ -19,6 +19,19 @@ using WChar = char16_t;
 #endif
 using WString = std::basic_string<WChar>;
 
+}  // namespace tvapi
+
+// A text or character literal of WChar units: TVAPI_TEXT("Main"),
+// TVAPI_TEXT('/'). A plain u"..." literal is char16_t, which is not WChar
+// on Windows.
+#if defined(_WIN32)
+#define TVAPI_TEXT(literal) L##literal
+#else
+#define TVAPI_TEXT(literal) u##literal
+#endif
+
+namespace tvapi {
+
 // Base of every queryable host interface. Slot order is part of the ABI:
 // 0 is the host's own, 1 AddRef, 2 Release, 3 query by IID text. There is no
 // virtual destructor, so the layout is the same under every compiler.

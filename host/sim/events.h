@@ -1,0 +1,39 @@
+// The simulated host's event sources: objects answering an Events interface
+// that keep the handlers subscribers register, for the model to raise.
+#pragma once
+
+#include "sim/defaults_events.h"
+#include "sim/object.h"
+
+namespace tvsim {
+
+// An Events interface as an object of its own, as the host hands it out.
+// Its handlers are the generated Default<I>::handlers.
+template <class I>
+class EventSource final : public Object, public Default<I> {
+public:
+    EventSource() : Default<I>(this) { this->template ExposePrimary<I>(this); }
+
+private:
+    ~EventSource() override = default;
+};
+
+using ApplicationEvents = EventSource<tvapi::IApplicationEvents>;
+using DocumentEvents = EventSource<tvapi::ITavraDocumentEvents>;
+// Their handler lists, one per event.
+using ApplicationEventLists = Default<tvapi::IApplicationEvents>::Handlers;
+using DocumentEventLists = Default<tvapi::ITavraDocumentEvents>::Handlers;
+
+// Test hook: the handler lists behind a handle of the simulated host's that
+// answers the interface I (which takes handlers), so that a test can raise
+// any event with arguments of its choosing and read back what the handlers
+// wrote. Null when the object does not answer I. Every face of I the
+// simulated host hands out is a Default<I>.
+template <class I>
+typename Default<I>::Handlers* HandlersBehind(void* handle) {
+    if (!handle) return nullptr;
+    void* face = static_cast<tvapi::IAPIObject*>(handle)->QueryInterface(tvapi::IAPIObjectIID<I>::text);
+    return face ? &static_cast<Default<I>*>(static_cast<I*>(face))->handlers : nullptr;
+}
+
+}  // namespace tvsim
