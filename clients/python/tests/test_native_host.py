@@ -150,3 +150,42 @@ class TestNullHandles:
         assert host.ITavraDocument_GetAttributes(None, 0, True, True, True) is None     # a null vector
         assert host.IDocuments_GetLoadCombinations(None, "plan.tvd", 9) == (9, None)
         assert host.IApplicationServices_ClearFileCache(None) is False
+
+
+class TestEvents:
+    """Python handlers subscribed through the registration exports, fired by
+    the simulated host's own model."""
+
+    @pytest.fixture
+    def app_events(self, host):
+        with host.IApplication_Events() as events:
+            yield events
+            host.IApplicationEvents_RemoveAllHandlers(events, "py-tests")   # the host outlives the test
+
+    def test_creating_a_document_calls_the_handler_with_it(self, host, documents, app_events):
+        seen = []
+        host.IApplicationEvents_AddBeginCreateHandler(app_events, "py-tests", lambda kind: seen.append(kind) or True)
+        host.IApplicationEvents_AddCreateDocumentHandler(
+            app_events, "py-tests", lambda document: seen.append(host.ITavraDocument_GetName(document)))
+        with host.IDocuments_Add(documents, 1, True) as document:
+            assert seen == [1, host.ITavraDocument_GetName(document)]
+            host.ITavraDocument_Close(document, False)
+
+    def test_a_handler_answering_false_refuses_the_creation(self, host, documents, app_events):
+        host.IApplicationEvents_AddBeginCreateHandler(app_events, "py-tests", lambda kind: False)
+        assert host.IDocuments_Add(documents, 1, True) is None
+
+    def test_adding_a_line_segment_calls_the_object_handler(self, host, document):
+        seen = []
+        with host.ITavraDocument2D_GetObject2DEvents(document, "py-tests") as events, \
+                host.ITavraDocument2D_GetViewsAndLayersManager(document) as manager, \
+                host.IViewsAndLayersManager_GetViews(manager) as views, \
+                host.IViews_GetActiveView(views) as view, \
+                host.IDrawingContainer_GetLineSegments(view) as segments:
+            host.IDrawingObjectEvents_AddCreateObjectHandler(
+                events, lambda objects: seen.append([o.is_same_object(objects[0]) for o in objects]) or True)
+            host.IDrawingObjectEvents_AddPropertyChangedHandler(
+                events, lambda objects: seen.append(host.ILineSegment_GetX1(objects[0])) or True)
+            with host.ILineSegments_Add(segments) as segment:
+                host.ILineSegment_SetX1(segment, 12.5)
+            assert seen == [[True], 12.5]
