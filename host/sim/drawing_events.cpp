@@ -1,6 +1,5 @@
 #include "sim/drawing_events.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "sim/drawing_object.h"
@@ -11,42 +10,10 @@ DrawingObjectEvents::DrawingObjectEvents() : Default<tvapi::IDrawingObjectEvents
     ExposePrimary<tvapi::IDrawingObjectEvents>(this);
 }
 
-// Only the simulated drawing's objects can be listed; anything else is skipped.
-void DrawingObjectEvents::AddObjects(const ObjectList& objects) {
-    for (const auto& face : objects) {
-        const DrawingObject* object = face ? DrawingObject::From(face.get()) : nullptr;
-        if (!object || std::find(objects_.begin(), objects_.end(), object) != objects_.end()) continue;
-        objects_.push_back(object);
-        kept_.push_back(face);
-    }
-}
-
-void DrawingObjectEvents::RemoveObjects(const ObjectList& objects) {
-    for (const auto& face : objects) {
-        const DrawingObject* object = face ? DrawingObject::From(face.get()) : nullptr;
-        auto it = std::find(objects_.begin(), objects_.end(), object);
-        if (it == objects_.end()) continue;
-        kept_.erase(kept_.begin() + (it - objects_.begin()));
-        objects_.erase(it);
-    }
-}
-
-void DrawingObjectEvents::AddObjectsTypes(const std::vector<std::int32_t>& types) {
-    for (std::int32_t type : types) {
-        if (std::find(types_.begin(), types_.end(), type) == types_.end()) types_.push_back(type);
-    }
-}
-
-void DrawingObjectEvents::RemoveObjectsTypes(const std::vector<std::int32_t>& types) {
-    std::erase_if(types_, [&](std::int32_t t) { return std::find(types.begin(), types.end(), t) != types.end(); });
-}
-
 ObjectList DrawingObjectEvents::Admitted(const std::vector<DrawingObject*>& objects) const {
     std::vector<DrawingObject*> admitted;
     for (DrawingObject* object : objects) {
-        bool listed = objects_.empty() || std::find(objects_.begin(), objects_.end(), object) != objects_.end();
-        bool typed = types_.empty() || std::find(types_.begin(), types_.end(), object->Kind()) != types_.end();
-        if (listed && typed) admitted.push_back(object);
+        if (filters.objects.Admits(object) && filters.types.Admits(object->Kind())) admitted.push_back(object);
     }
     return FacesOf(admitted);
 }
@@ -85,8 +52,8 @@ bool DrawingEvents::Raise(Event event, const std::vector<DrawingObject*>& object
 void DrawingEvents::Clear() {
     for (auto& [key, events] : subscribers_) {
         events->handlers.Clear();
-        events->RemoveAllObjects();
-        events->RemoveAllObjectsTypes();
+        events->filters.objects.Clear();
+        events->filters.types.Clear();
     }
     subscribers_.clear();
 }

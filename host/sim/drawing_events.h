@@ -31,19 +31,11 @@ inline constexpr int kTransform = 6;
 inline constexpr int kCopy = 7;
 }  // namespace notify_type
 
+// One subscriber's events object; its handlers and filters are the generated
+// Default's.
 class DrawingObjectEvents final : public Object, public Default<tvapi::IDrawingObjectEvents> {
 public:
     DrawingObjectEvents();
-
-    void AddObjects(const ObjectList& objects) override;
-    void RemoveObjects(const ObjectList& objects) override;
-    void RemoveAllObjects() override {
-        objects_.clear();
-        kept_.clear();
-    }
-    void AddObjectsTypes(const std::vector<std::int32_t>& types) override;
-    void RemoveObjectsTypes(const std::vector<std::int32_t>& types) override;
-    void RemoveAllObjectsTypes() override { types_.clear(); }
 
     // The objects among `objects` this subscriber's filters let through:
     // all of them when it set no filter; with an object filter, the listed
@@ -52,10 +44,6 @@ public:
 
 private:
     ~DrawingObjectEvents() override = default;
-
-    std::vector<const DrawingObject*> objects_;
-    std::vector<std::int32_t> types_;
-    ObjectList kept_;  // the filter's objects stay alive while listed
 };
 
 // What the handlers of the notification under way can ask about it.

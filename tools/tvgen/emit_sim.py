@@ -34,6 +34,31 @@ def removal(source):
     return "    void RemoveAllHandlers() override { handlers.Clear(); }\n"
 
 
+# The filter operations of the Events interfaces, as what they do to the
+# events object's filters.
+FILTER_OPS = {
+    "AddObjects": "objects.Add", "RemoveObjects": "objects.Remove", "RemoveAllObjects": "objects.Clear",
+    "AddObjectsTypes": "types.Add", "RemoveObjectsTypes": "types.Remove", "RemoveAllObjectsTypes": "types.Clear",
+    "Add": "types.Add", "Remove": "types.Remove",   # codes, on interfaces without an object filter
+}
+
+
+def filter_operation(op):
+    params = ", ".join(f"{host_param(p, False)} {p.name}" for p in op.params)
+    args = ", ".join(p.name for p in op.params)
+    return f"    void {op.name}({params}) override {{ filters.{FILTER_OPS[op.name]}({args}); }}\n"
+
+
+def filter_members(source):
+    ops = [m for m in source.members if not isinstance(m, ev.Event) and m.name in FILTER_OPS]
+    if not ops:
+        return ""
+    elements = {p.type.element for op in ops for p in op.params if p.type.element}
+    objects = f"        ObjectFilter<tvapi::{elements.pop()}> objects;\n" if elements else ""
+    return ("\n    // The objects and types the subscriber chose to hear of.\n    struct Filters {\n"
+            f"{objects}        TypeFilter types;\n    }} filters;\n")
+
+
 def handler_lists(source):
     names = [e.name for e in source.events]
     lists = "".join(f"        HandlerList<{e.handler_type}> {e.name};\n" for e in source.events)
@@ -53,9 +78,11 @@ def members(i, source):
             out.append(registration(m))
         elif source.kind == "events" and m.name == "RemoveAllHandlers":
             out.append(removal(source))
+        elif source.kind == "events" and m.name in FILTER_OPS:
+            out.append(filter_operation(m))
         else:
             out.append(operation(m))
-    return out + [handler_lists(source)]
+    return out + [handler_lists(source), filter_members(source)]
 
 
 def emit_group(cat, group, events=None):
