@@ -1,5 +1,6 @@
 #include "bridge/wire.h"
 
+#include <algorithm>
 #include <bit>
 #include <iterator>
 #include <stdexcept>
@@ -43,6 +44,10 @@ Slot<double> ReadSlotF64(ByteStream& s) { return ReadSlot<double>(s); }
 
 namespace {
 
+// Bytes of a counted string are taken in pieces of this size, so that memory
+// follows the bytes that arrive, not the count a peer declares.
+constexpr std::uint64_t kReadPiece = 64 * 1024;
+
 // A counted byte string, refused before any allocation when the count is
 // over `limit`.
 std::string ReadCounted(ByteStream& s, std::uint64_t limit, const char* what) {
@@ -51,8 +56,13 @@ std::string ReadCounted(ByteStream& s, std::uint64_t limit, const char* what) {
         throw std::length_error(std::string(what) + " of " + std::to_string(count) + " bytes is over the limit of " +
                                 std::to_string(limit) + " bytes");
     }
-    std::string bytes(count, '\0');
-    if (count) s.ReadExact(bytes.data(), count);
+    std::string bytes;
+    while (bytes.size() < count) {
+        std::size_t had = bytes.size();
+        std::size_t piece = static_cast<std::size_t>(std::min<std::uint64_t>(kReadPiece, count - had));
+        bytes.resize(had + piece);
+        s.ReadExact(bytes.data() + had, piece);
+    }
     return bytes;
 }
 
