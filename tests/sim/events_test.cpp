@@ -85,6 +85,22 @@ protected:
 
     void* app_events() const { return app_events_.get(); }
 
+    // A drawing with two segments and the events object of one subscriber.
+    struct TwoSegments {
+        Handle drawing;
+        Sheet sheet;
+        Handle a, b, events;
+    };
+    TwoSegments MakeTwoSegments() {
+        TwoSegments s;
+        s.drawing = NewDrawing();
+        s.sheet = SheetOf(s.drawing.get());
+        s.a = AddSegment(s.sheet.segments.get(), 0, 0, 1, 1);
+        s.b = AddSegment(s.sheet.segments.get(), 0, 0, 2, 2);
+        s.events = ObjectEventsOf(s.drawing.get());
+        return s;
+    }
+
     // The drawing's events object of `key`.
     static Handle ObjectEventsOf(void* drawing, const Text& key = TVAPIC_TEXT("tests")) {
         return Handle(ITavraDocument2D_GetObject2DEvents(drawing, key.c_str()));
@@ -237,38 +253,37 @@ TEST_F(EventsTest, TheSameKeyGivesTheSameEventsObjectAndAnotherKeyItsOwn) {
 }
 
 TEST_F(EventsTest, ObjectAndTypeFiltersChooseWhatASubscriberHears) {
-    Handle drawing = NewDrawing();
-    Sheet sheet = SheetOf(drawing.get());
-    Handle watched = AddSegment(sheet.segments.get(), 0, 0, 1, 1);
-    Handle ignored = AddSegment(sheet.segments.get(), 0, 0, 2, 2);
-    Handle events = ObjectEventsOf(drawing.get());
-    IDrawingObjectEvents_AddPropertyChangedHandler(events.get(), ObjectsEvent<kPropertyChanged>);
+    TwoSegments scene = MakeTwoSegments();
+    void* watched = scene.a.get();
+    void* ignored = scene.b.get();
+    void* events = scene.events.get();
+    IDrawingObjectEvents_AddPropertyChangedHandler(events, ObjectsEvent<kPropertyChanged>);
     {
-        List only{watched.get()};
-        IDrawingObjectEvents_AddObjects(events.get(), only.get());
+        List only{watched};
+        IDrawingObjectEvents_AddObjects(events, only.get());
     }
-    ILineSegment_SetX1(ignored.get(), 5);
-    ILineSegment_SetX1(watched.get(), 5);
+    ILineSegment_SetX1(ignored, 5);
+    ILineSegment_SetX1(watched, 5);
     ASSERT_EQ(journal.objects.size(), 1u);
-    EXPECT_TRUE(IAPIObject_IsSameObjects(journal.objects[0].at(0).get(), watched.get()));
+    EXPECT_TRUE(IAPIObject_IsSameObjects(journal.objects[0].at(0).get(), watched));
 
     // A type filter naming another kind of object silences the subscriber.
     Int32Vector_t* types = Int32Vector_Create(1);
     Int32Vector_Set(types, 0, 999);
-    IDrawingObjectEvents_AddObjectsTypes(events.get(), types);
-    ILineSegment_SetX1(watched.get(), 6);
+    IDrawingObjectEvents_AddObjectsTypes(events, types);
+    ILineSegment_SetX1(watched, 6);
     EXPECT_EQ(journal.objects.size(), 1u);
 
     // Without filters every object is heard again.
-    IDrawingObjectEvents_RemoveObjectsTypes(events.get(), types);
+    IDrawingObjectEvents_RemoveObjectsTypes(events, types);
     Int32Vector_Delete(types);
-    IDrawingObjectEvents_RemoveAllObjects(events.get());
-    ILineSegment_SetX1(ignored.get(), 7);
+    IDrawingObjectEvents_RemoveAllObjects(events);
+    ILineSegment_SetX1(ignored, 7);
     EXPECT_EQ(journal.objects.size(), 2u);
 
     // An unkeyed interface's removal drops every handler.
-    IDrawingObjectEvents_RemoveAllHandlers(events.get());
-    ILineSegment_SetX1(ignored.get(), 8);
+    IDrawingObjectEvents_RemoveAllHandlers(events);
+    ILineSegment_SetX1(ignored, 8);
     EXPECT_EQ(journal.objects.size(), 2u);
 }
 
@@ -291,18 +306,15 @@ TEST_F(EventsTest, DeletionCanBeRefusedAndIsAnnouncedOnceDone) {
 }
 
 TEST_F(EventsTest, ListOperationsAnnounceAllTheirObjectsAtOnce) {
-    Handle drawing = NewDrawing();
-    Sheet sheet = SheetOf(drawing.get());
-    Handle a = AddSegment(sheet.segments.get(), 0, 0, 1, 1);
-    Handle b = AddSegment(sheet.segments.get(), 0, 0, 2, 2);
-    Handle events = ObjectEventsOf(drawing.get());
-    IDrawingObjectEvents_AddMoveHandler(events.get(), ObjectsEvent<kMove>);
-    IDrawingObjectEvents_AddPropertyChangedHandler(events.get(), ObjectsEvent<kPropertyChanged>);
-    IDrawingObjectEvents_AddDestroyObjectHandler(events.get(), ObjectsEvent<kDestroyObject>);
+    TwoSegments scene = MakeTwoSegments();
+    void* events = scene.events.get();
+    IDrawingObjectEvents_AddMoveHandler(events, ObjectsEvent<kMove>);
+    IDrawingObjectEvents_AddPropertyChangedHandler(events, ObjectsEvent<kPropertyChanged>);
+    IDrawingObjectEvents_AddDestroyObjectHandler(events, ObjectsEvent<kDestroyObject>);
 
-    List both{a.get(), b.get()};
-    ASSERT_TRUE(ITavraDocument2D_MoveObjects(drawing.get(), both.get(), 1, 1));
-    ASSERT_TRUE(ITavraDocument2D_DestroyObjects(drawing.get(), both.get()));
+    List both{scene.a.get(), scene.b.get()};
+    ASSERT_TRUE(ITavraDocument2D_MoveObjects(scene.drawing.get(), both.get(), 1, 1));
+    ASSERT_TRUE(ITavraDocument2D_DestroyObjects(scene.drawing.get(), both.get()));
     // A move is not a property change of each object.
     EXPECT_EQ(journal.events, (std::vector<std::string>{"Move", "DestroyObject"}));
     EXPECT_EQ(journal.objects.at(0).size(), 2u);
