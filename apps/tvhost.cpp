@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <thread>
 
@@ -24,9 +25,17 @@ std::atomic<bool> stop_requested{false};
 
 extern "C" void RequestStop(int) { stop_requested = true; }
 
+std::string Utf8(const std::filesystem::path& path) {
+    std::u8string text = path.u8string();
+    return std::string(text.begin(), text.end());
+}
+
 struct Options {
     unsigned port = 8001;
     std::string library = TVHOST_DEFAULT_LIBRARY;
+    // Clients reach the server over the network: the documents they save and
+    // open stay below this folder.
+    std::string files = Utf8(std::filesystem::temp_directory_path());
 };
 
 bool Parse(int argc, char** argv, Options& options) {
@@ -39,6 +48,8 @@ bool Parse(int argc, char** argv, Options& options) {
             options.port = static_cast<unsigned>(port);
         } else if (arg == "--library" && i + 1 < argc) {
             options.library = argv[++i];
+        } else if (arg == "--files" && i + 1 < argc) {
+            options.files = argv[++i];
         } else {
             return false;
         }
@@ -51,10 +62,11 @@ bool Parse(int argc, char** argv, Options& options) {
 int main(int argc, char** argv) {
     Options options;
     if (!Parse(argc, argv, options)) {
-        std::fprintf(stderr, "usage: %s [--port N] [--library path/to/tvAPIC]\n", argv[0]);
+        std::fprintf(stderr, "usage: %s [--port N] [--library path/to/tvAPIC] [--files folder]\n", argv[0]);
         return 2;
     }
     tvsim_start();
+    tvsim_set_files_root(options.files.c_str());
     std::string error;
     LoadedLibrary library = LoadLibraryAt(options.library, error);
     if (!library) {
@@ -71,6 +83,7 @@ int main(int argc, char** argv) {
     ui_app_standin::SetUseStartPort(false);
     entry->Start(static_cast<std::uint16_t>(options.port));
     std::printf("tvhost: API Server on port %u; Ctrl-C stops it\n", options.port);
+    std::printf("tvhost: documents are read and written below %s\n", options.files.c_str());
     std::fflush(stdout);
 
     std::signal(SIGINT, RequestStop);

@@ -1,8 +1,6 @@
 #include "sim/document.h"
 
 #include <chrono>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "sim/documents.h"
@@ -57,11 +55,7 @@ bool Document::Close(bool save) {
 // the document open.
 bool Document::Delete() {
     if (!IsOpen()) return false;
-    if (!path_.empty()) {
-        std::error_code error;
-        std::filesystem::remove(ToPath(path_), error);
-        if (error) return false;
-    }
+    if (!path_.empty() && !RemoveFile(path_)) return false;
     return Close(false);
 }
 

@@ -1,8 +1,6 @@
 #include "sim/documents.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 
 #include "sim/document.h"
 #include "sim/document_params.h"
@@ -92,14 +90,6 @@ ReadResult Documents::Read(const tvapi::WString& path) {
     return file;
 }
 
-namespace {
-// Nothing at all at the path: no file, no folder.
-bool IsNewFile(const tvapi::WString& path) {
-    std::error_code error;
-    return !path.empty() && !std::filesystem::exists(ToPath(path), error) && !error;
-}
-}  // namespace
-
 tvapi::SmartPtr<tvapi::ITavraDocument> Documents::OpenWith(const tvapi::WString& path, bool visible, bool read_only,
                                                            const Pick& pick) {
     if (Document* already = OpenAt(path)) {
@@ -110,7 +100,7 @@ tvapi::SmartPtr<tvapi::ITavraDocument> Documents::OpenWith(const tvapi::WString&
     }
     if (!events_->handlers.BeginOpenDocument.RaiseAllowing(path)) return {};
     Ref<Document> document;
-    if (IsNewFile(path)) {
+    if (IsFree(path)) {
         // No file there yet: a new drawing, to be saved there.
         ClearRecoverError();
         document = Create(document_type::kDrawing, visible, read_only);

@@ -1,7 +1,11 @@
 #include "sim/sim.h"
 
+#include <filesystem>
+#include <string>
+
 #include "sim/application.h"
 #include "sim/standin.h"
+#include "sim/text.h"
 #include "tvapi/standin.h"
 
 namespace {
@@ -14,6 +18,11 @@ void tvsim_start(void) {
     if (running) return;
     running = new tvsim::Application();
     tvapi_standin::SetApplication(running);
+}
+
+void tvsim_set_files_root(const char* utf8_path) {
+    std::u8string path = utf8_path ? std::u8string(reinterpret_cast<const char8_t*>(utf8_path)) : std::u8string();
+    tvsim::SetFilesRoot(std::filesystem::path(path));
 }
 
 void tvsim_stop(void) {

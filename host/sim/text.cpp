@@ -1,5 +1,6 @@
 #include "sim/text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <fstream>
 #include <iterator>
@@ -117,9 +118,46 @@ tvapi::WString FolderPart(const tvapi::WString& path) {
     return cut == tvapi::WString::npos ? tvapi::WString() : path.substr(0, cut + 1);
 }
 
+namespace {
+std::filesystem::path files_root;  // empty: no limit
+
+// The path made absolute, with links and ".." resolved as far as it exists.
+std::filesystem::path Resolved(const std::filesystem::path& path, std::error_code& error) {
+    std::filesystem::path absolute = std::filesystem::absolute(path, error);
+    return error ? std::filesystem::path() : std::filesystem::weakly_canonical(absolute, error);
+}
+}  // namespace
+
+void SetFilesRoot(const std::filesystem::path& root) {
+    std::error_code error;
+    files_root = root.empty() ? root : Resolved(root, error);
+}
+
+bool MayAccess(const tvapi::WString& path) {
+    if (path.empty()) return false;
+    if (files_root.empty()) return true;
+    std::error_code error;
+    std::filesystem::path resolved = Resolved(ToPath(path), error);
+    if (error) return false;
+    auto [in_root, in_path] = std::mismatch(files_root.begin(), files_root.end(), resolved.begin(), resolved.end());
+    return in_root == files_root.end() && in_path != resolved.end();  // below the root, not the root itself
+}
+
 bool IsFile(const tvapi::WString& path) {
     std::error_code error;
-    return !path.empty() && std::filesystem::is_regular_file(ToPath(path), error);
+    return MayAccess(path) && std::filesystem::is_regular_file(ToPath(path), error);
+}
+
+bool IsFree(const tvapi::WString& path) {
+    std::error_code error;
+    return MayAccess(path) && !std::filesystem::exists(ToPath(path), error) && !error;
+}
+
+bool RemoveFile(const tvapi::WString& path) {
+    if (!MayAccess(path)) return false;
+    std::error_code error;
+    std::filesystem::remove(ToPath(path), error);
+    return !error;
 }
 
 bool ReadWholeFile(const tvapi::WString& path, std::string& bytes) {
@@ -133,7 +171,7 @@ bool ReadWholeFile(const tvapi::WString& path, std::string& bytes) {
 }
 
 bool WriteWholeFile(const tvapi::WString& path, const std::string& bytes) {
-    if (path.empty()) return false;
+    if (!MayAccess(path)) return false;
     std::filesystem::path target = ToPath(path);
     std::filesystem::path partial = target;
     partial += ".partial";

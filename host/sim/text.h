@@ -31,10 +31,23 @@ tvapi::WString FileNamePart(const tvapi::WString& path);
 // The folder part with its trailing separator, or empty.
 tvapi::WString FolderPart(const tvapi::WString& path);
 
+// Where the simulated host may read and write files: below the files root
+// only, once one is set (tvhost sets one: its clients reach it over the
+// network). With none set, anywhere. An empty root unsets it.
+void SetFilesRoot(const std::filesystem::path& root);
+// Whether `path` (not empty) lies below the files root, symbolic links and
+// ".." resolved.
+bool MayAccess(const tvapi::WString& path);
+
+// The file operations below refuse paths outside the files root.
 bool IsFile(const tvapi::WString& path);
+// Nothing at all at the path: no file, no folder.
+bool IsFree(const tvapi::WString& path);
 bool ReadWholeFile(const tvapi::WString& path, std::string& bytes);
 // Writes beside the target first and renames over it, so a failed write
 // leaves an existing file as it was.
 bool WriteWholeFile(const tvapi::WString& path, const std::string& bytes);
+// Removes the file at the path; true when none is left there.
+bool RemoveFile(const tvapi::WString& path);
 
 }  // namespace tvsim

@@ -106,6 +106,7 @@ protected:
 
     void* documents() const { return documents_.get(); }
 
+    const std::filesystem::path& folder() const { return folder_; }
     // A path in the test's own folder, as text.
     Text PathTo(const std::string& name) const { return (folder_ / name).string<tvWChar>(); }
     void WriteFile(const std::string& name, const std::string& bytes) const {

@@ -1,0 +1,64 @@
+// The files root: once set, the simulated host reads, writes and deletes
+// documents below it only.
+#include <string>
+
+#include "sim_fixture.h"
+
+namespace sim_test {
+namespace {
+
+class FilesRootTest : public SimTest {
+protected:
+    void SetUp() override {
+        SimTest::SetUp();
+        std::filesystem::create_directories(folder() / "root" / "sub");
+        std::u8string root = (folder() / "root").u8string();
+        tvsim_set_files_root(std::string(root.begin(), root.end()).c_str());
+    }
+    void TearDown() override {
+        tvsim_set_files_root(nullptr);
+        SimTest::TearDown();
+    }
+};
+
+TEST_F(FilesRootTest, DocumentsAreSavedAndOpenedBelowTheRootOnly) {
+    Handle drawing = NewDrawing();
+    EXPECT_TRUE(ITavraDocument_SaveAs(drawing.get(), PathTo("root/sub/in.tvd").c_str()));
+    EXPECT_FALSE(ITavraDocument_SaveAs(drawing.get(), PathTo("outside.tvd").c_str()));
+    EXPECT_FALSE(ITavraDocument_SaveAs(drawing.get(), PathTo("root/../escaped.tvd").c_str()));
+    EXPECT_FALSE(ITavraDocument_SaveAs(drawing.get(), PathTo("root").c_str()));  // the root itself
+    EXPECT_FALSE(Exists("outside.tvd"));
+    EXPECT_FALSE(Exists("escaped.tvd"));
+    EXPECT_FALSE(Exists("outside.tvd.partial"));
+    // The document stayed bound to the file it could save.
+    EXPECT_EQ(Take(ITavraDocument_GetFullPath(drawing.get())), PathTo("root/sub/in.tvd"));
+
+    // A file outside is not read, not even to tell whether it is a document.
+    WriteFile("outside.tvd", ReadFile("root/sub/in.tvd"));
+    EXPECT_FALSE(Handle(IDocuments_Open(documents(), PathTo("outside.tvd").c_str(), 1, 0)));
+    int active = -1;
+    StringVector_t* names = IDocuments_GetLoadCombinations(documents(), PathTo("outside.tvd").c_str(), &active);
+    ASSERT_NE(names, nullptr);
+    EXPECT_EQ(names->size, 0u);
+    StringVector_Delete(names);
+    EXPECT_EQ(active, -1);
+}
+
+TEST_F(FilesRootTest, ALinkInsideTheRootLeadingOutIsRefused) {
+    std::error_code error;
+    std::filesystem::create_directory_symlink(folder(), folder() / "root" / "out", error);
+    if (error) GTEST_SKIP() << "no symbolic links here: " << error.message();
+    Handle drawing = NewDrawing();
+    EXPECT_FALSE(ITavraDocument_SaveAs(drawing.get(), PathTo("root/out/through-link.tvd").c_str()));
+    EXPECT_FALSE(Exists("through-link.tvd"));
+}
+
+TEST_F(FilesRootTest, LiftingTheLimitAllowsAnyFolderAgain) {
+    tvsim_set_files_root(nullptr);
+    Handle drawing = NewDrawing();
+    EXPECT_TRUE(ITavraDocument_SaveAs(drawing.get(), PathTo("outside.tvd").c_str()));
+    EXPECT_TRUE(Exists("outside.tvd"));
+}
+
+}  // namespace
+}  // namespace sim_test
