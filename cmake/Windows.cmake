@@ -5,11 +5,11 @@ set(CMAKE_SHARED_LIBRARY_PREFIX "")
 set(CMAKE_IMPORT_LIBRARY_PREFIX "")
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 
-# The generated sources hold more than COFF's 32,767 sections per object.
+# The generated sources need more sections than an ordinary COFF object holds.
 if(MSVC)
   # The sources are UTF-8; exceptions as the standard has them.
   add_compile_options(/utf-8 /EHsc /bigobj)
-else()
+elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   add_compile_options(-Wa,-mbig-obj)
 endif()
 # Asio wants to know the Windows version it targets: Windows 10.

@@ -64,7 +64,7 @@ bool DrawingDocument::TransformObjects(const ObjectList& objects) {
     if (!matrix_ || !resolved || resolved->empty()) return false;
     if (!object_events_.Raise(&DrawingObjectEventLists::BeginTransform, *resolved)) return false;
     for (DrawingObject* object : *resolved) object->Transform(*matrix_);
-    object_events_.Raise(&DrawingObjectEventLists::Transform, *resolved, {.type = notify_type::kTransform});
+    object_events_.Raise(&DrawingObjectEventLists::Transform, *resolved, Notification(notify_type::kTransform));
     return true;
 }
 

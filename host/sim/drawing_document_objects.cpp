@@ -44,9 +44,11 @@ ObjectList DrawingDocument::CopyObjects(const tvapi::SmartPtr<tvapi::ITavraDocum
         copies.push_back(original->CopyInto(*active_view_, common).get());
     }
     ObjectList faces = FacesOf(copies);
-    object_events_.Raise(&DrawingObjectEventLists::CreateObject, copies, {.type = notify_type::kCreate});
-    object_events_.Raise(&DrawingObjectEventLists::Copy, *originals,
-                         {.type = notify_type::kCopy, .copy = true, .copies = faces});
+    object_events_.Raise(&DrawingObjectEventLists::CreateObject, copies, Notification(notify_type::kCreate));
+    Notification copying(notify_type::kCopy);
+    copying.copy = true;
+    copying.copies = faces;
+    object_events_.Raise(&DrawingObjectEventLists::Copy, *originals, copying);
     return faces;
 }
 
@@ -134,7 +136,7 @@ bool DrawingDocument::DestroyObjects(const ObjectList& objects) {
     if (!resolved || resolved->empty()) return false;
     if (!object_events_.Raise(&DrawingObjectEventLists::BeginDestroyObject, *resolved)) return false;
     for (DrawingObject* object : *resolved) object->Owner()->Remove(*object);
-    object_events_.Raise(&DrawingObjectEventLists::DestroyObject, *resolved, {.type = notify_type::kDelete});
+    object_events_.Raise(&DrawingObjectEventLists::DestroyObject, *resolved, Notification(notify_type::kDelete));
     return true;
 }
 
@@ -213,7 +215,7 @@ bool DrawingDocument::MoveObjects(const ObjectList& objects, double dx, double d
     if (!AllFinite({dx, dy}) || !resolved || resolved->empty()) return false;
     if (!object_events_.Raise(&DrawingObjectEventLists::BeginMove, *resolved)) return false;
     for (DrawingObject* object : *resolved) object->Move(dx, dy);
-    object_events_.Raise(&DrawingObjectEventLists::Move, *resolved, {.type = notify_type::kMove});
+    object_events_.Raise(&DrawingObjectEventLists::Move, *resolved, Notification(notify_type::kMove));
     return true;
 }
 
@@ -222,7 +224,9 @@ bool DrawingDocument::RotateObjects(const ObjectList& objects, double x, double 
     if (!AllFinite({x, y, angle}) || !resolved || resolved->empty()) return false;
     if (!object_events_.Raise(&DrawingObjectEventLists::BeginRotate, *resolved)) return false;
     for (DrawingObject* object : *resolved) object->Rotate({x, y}, angle);
-    object_events_.Raise(&DrawingObjectEventLists::Rotate, *resolved, {.type = notify_type::kRotate, .angle = angle});
+    Notification rotation(notify_type::kRotate);
+    rotation.angle = angle;
+    object_events_.Raise(&DrawingObjectEventLists::Rotate, *resolved, rotation);
     return true;
 }
 

@@ -48,7 +48,8 @@ private:
 
 // What the handlers of the notification under way can ask about it.
 struct Notification {
-    int type = 0;
+    explicit Notification(int notify_type = 0) : type(notify_type) {}
+    int type;
     bool copy = false;
     double angle = 0.0, scale = 1.0;
     ObjectList copies;
@@ -85,7 +86,7 @@ public:
     // Raises `event` about `objects` to every subscriber that admits some
     // of them, with only those. A "Begin…" event's handlers may veto:
     // false when one answered false.
-    bool Raise(Event event, const std::vector<DrawingObject*>& objects, Notification notification = {});
+    bool Raise(Event event, const std::vector<DrawingObject*>& objects, Notification notification = Notification());
     // Every subscriber's handlers and filters go: the drawing is closed.
     void Clear();
 

@@ -23,7 +23,7 @@ void DrawingObject::Changed() {
     if (!document) return;
     document->MarkChanged();
     document->ObjectEvents().Raise(&DrawingObjectEventLists::PropertyChanged, {this},
-                                     {.type = notify_type::kPropertyChanged});
+                                     Notification(notify_type::kPropertyChanged));
 }
 
 tvapi::tvDrawingObjectTypeEnum DrawingObject::GetDrawingObjectType() {
@@ -44,7 +44,7 @@ bool DrawingObject::Delete() {
     if (!document) return false;
     if (!document->ObjectEvents().Raise(&DrawingObjectEventLists::BeginDelete, {this})) return false;
     view_->Remove(*this);  // the view's reference goes; the caller's keeps this alive
-    document->ObjectEvents().Raise(&DrawingObjectEventLists::Delete, {this}, {.type = notify_type::kDelete});
+    document->ObjectEvents().Raise(&DrawingObjectEventLists::Delete, {this}, Notification(notify_type::kDelete));
     return true;
 }
 

@@ -228,7 +228,7 @@ tvapi::SmartPtr<tvapi::ILineSegment> LineSegments::Add() {
     Ref<LineSegment> segment = view_->AddSegment();
     if (DrawingDocument* document = view_->Document(); document && segment) {
         document->ObjectEvents().Raise(&DrawingObjectEventLists::CreateObject, {segment.get()},
-                                       {.type = notify_type::kCreate});
+                                       Notification(notify_type::kCreate));
     }
     return segment.As<tvapi::ILineSegment>();
 }

@@ -135,7 +135,7 @@ TEST(EventResults, GetSheetPointWithBothPointersNullStillAsksTheHost) {
     ASSERT_EQ(result.o->calls.size(), 1u);
     EXPECT_EQ(result.o->calls[0].args, (std::vector<std::string>{"true", "&0", "&0"}));
 
-    double x = 1.5, y = -2;
+    double x = 1.5;
     result.o->answers.flag = false;
     EXPECT_FALSE(IDrawingObjectEventsResult_GetSheetPoint(result.handle(), 0, &x, nullptr));
     EXPECT_EQ(result.o->calls[1].args, (std::vector<std::string>{"false", "&1.5", "&0"}));

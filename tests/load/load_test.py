@@ -7,11 +7,17 @@ its resident memory grew by no more than the given bound, and it stops on
 SIGTERM having written nothing to stderr but the server's own reports.
 
     load_test.py --tvhost PATH --load PATH [--calls 3000] [--rss-growth-limit-kib N]
+                 [--emulator COMMAND]
+
+--emulator runs both programs under a command (for example `wine`, for the
+Windows build); tvhost is then stopped with SIGINT, which Wine hands to the
+program as Ctrl-C (SIGTERM would end a Windows program without its shutdown).
 """
 import argparse
 import os
 import re
 import select
+import shlex
 import signal
 import socket
 import struct
@@ -43,7 +49,7 @@ def build_number(port):
     return struct.unpack("<i", answer)[0] if len(answer) == 4 else None
 
 
-def start_tvhost(path, stderr, scratch):
+def start_tvhost(command, stderr, scratch):
     """(process, port) of a tvhost serving on a free port, working in `scratch`:
     the simulated host saves documents under the names the calls give."""
     # Under the sanitizers, leaks are not checked in tvhost: what remote calls
@@ -53,7 +59,7 @@ def start_tvhost(path, stderr, scratch):
     env = dict(os.environ, ASAN_OPTIONS=os.environ.get("ASAN_OPTIONS", "") + ":detect_leaks=0")
     for _ in range(3):  # another process may take the free port first
         port = free_port()
-        proc = subprocess.Popen([path, "--port", str(port)], stdout=subprocess.PIPE, stderr=stderr, text=True,
+        proc = subprocess.Popen([*command, "--port", str(port)], stdout=subprocess.PIPE, stderr=stderr, text=True,
                                 env=env, cwd=scratch)
         deadline = time.monotonic() + 30
         banner = False
@@ -67,7 +73,7 @@ def start_tvhost(path, stderr, scratch):
             time.sleep(0.05)
         proc.kill()
         proc.wait()
-    sys.exit(f"load_test: {path} did not start serving")
+    sys.exit(f"load_test: {shlex.join(command)} did not start serving")
 
 
 def resident_kib(pid):
@@ -79,8 +85,8 @@ def resident_kib(pid):
     raise RuntimeError("no VmRSS line")
 
 
-def run_load(tool, port, arguments):
-    result = subprocess.run([tool, "--port", str(port), *arguments], capture_output=True, text=True, timeout=300)
+def run_load(command, port, arguments):
+    result = subprocess.run([*command, "--port", str(port), *arguments], capture_output=True, text=True, timeout=300)
     sys.stdout.write(result.stdout)
     sys.stderr.write(result.stderr)
     return result
@@ -92,20 +98,24 @@ def main():
     parser.add_argument("--load", required=True)
     parser.add_argument("--calls", type=int, default=3000)
     parser.add_argument("--rss-growth-limit-kib", type=int)
+    parser.add_argument("--emulator", default="", help="command that runs both programs, e.g. wine")
     args = parser.parse_args()
+    emulator = shlex.split(args.emulator)
+    tvhost, load_tool = [*emulator, args.tvhost], [*emulator, args.load]
+    stop_signal = signal.SIGINT if emulator else signal.SIGTERM
 
     failures = []
     with tempfile.TemporaryFile(mode="w+") as server_errors, tempfile.TemporaryDirectory() as scratch:
-        proc, port = start_tvhost(args.tvhost, server_errors, scratch)
+        proc, port = start_tvhost(tvhost, server_errors, scratch)
         try:
             # The first calls, faults included, bring in the library's code and
             # the allocator's arenas: memory is measured from after them.
-            warm = run_load(args.load, port, ["--calls", "1000", "--silent", "0", "--seed", "7"])
+            warm = run_load(load_tool, port, ["--calls", "1000", "--silent", "0", "--seed", "7"])
             if warm.returncode != 0:
                 failures.append("the warm-up run failed")
             before = resident_kib(proc.pid) if args.rss_growth_limit_kib is not None else 0
 
-            load = run_load(args.load, port, ["--calls", str(args.calls)])
+            load = run_load(load_tool, port, ["--calls", str(args.calls)])
             report = REPORT.search(load.stdout)
             if load.returncode != 0 or not report:
                 failures.append(f"bridge_load exited with {load.returncode}")
@@ -121,13 +131,13 @@ def main():
                 if growth > args.rss_growth_limit_kib:
                     failures.append(f"resident memory grew by {growth} KiB")
         finally:
-            proc.send_signal(signal.SIGTERM)
+            proc.send_signal(stop_signal)
             try:
                 out, _ = proc.communicate(timeout=30)
             except subprocess.TimeoutExpired:
                 proc.kill()
                 out, _ = proc.communicate()
-                failures.append("tvhost did not stop on SIGTERM")
+                failures.append(f"tvhost did not stop on {stop_signal.name}")
         if proc.returncode != 0 or "tvhost: stopped" not in out:
             failures.append(f"tvhost ended with {proc.returncode}")
         server_errors.seek(0)

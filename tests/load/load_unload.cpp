@@ -1,15 +1,17 @@
-// Loads and unloads libtvAPIC as the host does, and checks what the host
-// system library saw: one entry object on load, null on unload.
-// Platform file (POSIX dynamic loading).
-#include <dlfcn.h>
-
+// Loads and unloads tvAPIC as the host does, and checks what the host system
+// library saw: one entry object on load, null on unload. A thread started and
+// joined while the library is loaded (on Windows, thread attach and detach
+// notifications to its entry point) changes nothing.
 #include <cstdio>
+#include <string>
+#include <thread>
 
+#include "load/loader.h"
 #include "tvSys2/entry_points.h"
 
 int main(int argc, char** argv) {
     if (argc != 2) {
-        std::fprintf(stderr, "usage: %s path/to/libtvAPIC.so\n", argv[0]);
+        std::fprintf(stderr, "usage: %s path/to/tvAPIC-library\n", argv[0]);
         return 2;
     }
     int failures = 0;
@@ -20,20 +22,29 @@ int main(int argc, char** argv) {
         }
     };
     expect(tvsys2_standin::RegisteredEntry() == nullptr, "nothing registered before loading");
-    void* library = dlopen(argv[1], RTLD_NOW | RTLD_LOCAL);
+    std::string error;
+    void* library = load_test::Load(argv[1], error);
     if (!library) {
-        std::fprintf(stderr, "dlopen: %s\n", dlerror());
+        std::fprintf(stderr, "cannot load %s: %s\n", argv[1], error.c_str());
         return 1;
     }
+    tvapic::ITvAPICEntry* entry = tvsys2_standin::RegisteredEntry();
     expect(tvsys2_standin::ObjectRegistrations() == 1, "one entry object registered on load");
-    expect(tvsys2_standin::RegisteredEntry() != nullptr, "the entry object is held by the host");
-    expect(dlsym(library, "IDocuments_Open") != nullptr, "exports resolve");
+    expect(entry != nullptr, "the entry object is held by the host");
+    expect(load_test::Lookup(library, "IDocuments_Open") != nullptr, "exports resolve");
+
+    std::thread([] {}).join();
+    expect(tvsys2_standin::ObjectRegistrations() == 1 && tvsys2_standin::NullRegistrations() == 0,
+           "a thread's start and end register nothing");
+    expect(tvsys2_standin::RegisteredEntry() == entry, "the entry object stays registered across a thread");
+
     // The entry object is the host's: the library never deletes it. A host
     // that is done with it deletes it, through its virtual destructor, while
     // the library's code is still loaded.
-    delete tvsys2_standin::RegisteredEntry();
-    dlclose(library);
+    delete entry;
+    expect(load_test::Unload(library), "the library unloads");
     expect(tvsys2_standin::NullRegistrations() == 1, "null registered on unload");
+    expect(tvsys2_standin::ObjectRegistrations() == 1, "no second entry object on unload");
     expect(tvsys2_standin::RegisteredEntry() == nullptr, "the registration is withdrawn");
     std::printf("load/unload: %s\n", failures ? "FAILED" : "ok");
     return failures ? 1 : 0;

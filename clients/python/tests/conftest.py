@@ -1,10 +1,13 @@
 """Fixtures: a running tvhost (the simulated host serving the API) on a free port.
 
 CTest passes the tvhost executable in TVHOST; without it the tests that need a
-server are skipped.
+server are skipped. TVHOST_EMULATOR is a command put before it (for example
+`wine`, to serve from the Windows build); TVHOST_PORT instead points the tests
+at a server someone else started and stops, on this machine's loopback.
 """
 import os
 import select
+import shlex
 import signal
 import socket
 import subprocess
@@ -21,12 +24,12 @@ def free_port():
         return s.getsockname()[1]
 
 
-def _start(path, port, deadline, cwd=None):
+def _start(command, port, deadline, cwd=None):
     # tvhost unloads the library before it exits, so a sanitizer build could
     # not attribute what remote calls leave behind by the protocol's rules;
     # the library's leaks are checked in process by the other suites.
     env = dict(os.environ, ASAN_OPTIONS=os.environ.get("ASAN_OPTIONS", "") + ":detect_leaks=0")
-    proc = subprocess.Popen([path, "--port", str(port)], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+    proc = subprocess.Popen([*command, "--port", str(port)], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                             text=True, env=env, cwd=cwd)
     while time.monotonic() < deadline:
         ready, _, _ = select.select([proc.stdout], [], [], 0.2)
@@ -53,14 +56,24 @@ def _ready(client, proc, deadline):
 
 @pytest.fixture(scope="session")
 def tvhost(tmp_path_factory):
-    """(client, port) of a tvhost started for the session; stopped with SIGTERM at the end."""
+    """(client, port) of a tvhost started for the session; stopped with SIGTERM at the end
+    (SIGINT under an emulator: Wine hands it to the program as Ctrl-C, while
+    SIGTERM would end a Windows program without its shutdown)."""
+    if os.environ.get("TVHOST_PORT"):
+        port = int(os.environ["TVHOST_PORT"])
+        yield Client(port=port, timeout=10), port
+        return
     path = os.environ.get("TVHOST")
     if not path:
         pytest.skip("TVHOST is not set: no tvhost to call")
+    emulator = shlex.split(os.environ.get("TVHOST_EMULATOR", ""))
+    # The documents the tests save lie below pytest's folder (tvhost's default,
+    # the system's temporary folder, is a folder of Wine's own under Wine).
+    command = [*emulator, path, "--files", str(tmp_path_factory.getbasetemp())]
     for _ in range(3):  # another process may take the free port first
         port = free_port()
-        deadline = time.monotonic() + 15
-        proc = _start(path, port, deadline, cwd=tmp_path_factory.mktemp("tvhost"))
+        deadline = time.monotonic() + (30 if emulator else 15)
+        proc = _start(command, port, deadline, cwd=tmp_path_factory.mktemp("tvhost"))
         if proc is None:
             continue
         client = Client(port=port, timeout=10)
@@ -71,13 +84,13 @@ def tvhost(tmp_path_factory):
     else:
         pytest.fail(f"{path} did not start serving")
     yield client, port
-    proc.send_signal(signal.SIGTERM)
+    proc.send_signal(signal.SIGINT if emulator else signal.SIGTERM)
     try:
         out, err = proc.communicate(timeout=15)
     except subprocess.TimeoutExpired:
         proc.kill()
         proc.communicate()
-        pytest.fail("tvhost did not stop on SIGTERM")
+        pytest.fail("tvhost did not stop on its signal")
     assert proc.returncode == 0, err
     assert "tvhost: stopped" in out
 
