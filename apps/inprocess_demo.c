@@ -30,6 +30,27 @@ static void print_text(const char* label, tvWChar* text) {
     free(text);
 }
 
+/* Event callbacks: plain C functions, called while the host raises the event.
+ * The handles they receive are lent for the call. */
+static void on_document_created(void* document) {
+    print_text("  event CreateDocument -> name         ", ITavraDocument_GetName(document));
+}
+
+static int on_objects_created(const ObjectReferenceVector_t* objects) {
+    printf("  event CreateObject -> %llu object(s)\n", (unsigned long long)objects->size);
+    return 1;
+}
+
+/* A file in the system's temporary folder. */
+static const tvWChar* temporary_file(const char* name) {
+    static char path[256];
+    const char* folder = getenv("TEMP");
+    if (!folder) folder = getenv("TMPDIR");
+    if (!folder) folder = "/tmp";
+    snprintf(path, sizeof path, "%s/%s", folder, name);
+    return wide(path);
+}
+
 int main(void) {
     tvsim_start();
     printf("tvAPIC in-process demonstration against the simulated host\n\n");
@@ -43,16 +64,38 @@ int main(void) {
     void* documents = IApplication_GetDocuments();
     printf("IApplication_GetDocuments              -> handle %p\n", documents);
 
+    void* events = IApplication_Events();
+    IApplicationEvents_AddCreateDocumentHandler(events, wide("demo"), on_document_created);
+    printf("IApplicationEvents_AddCreateDocumentHandler(\"demo\")\n");
+
     void* drawing = IDocuments_Add(documents, 1, 1);
     print_text("IDocuments_Add(1, visible) -> name      ", ITavraDocument_GetName(drawing));
     ITavraDocument_SetAuthor(drawing, wide("A. Engineer"));
     print_text("ITavraDocument_SetAuthor, GetAuthor    -> ", ITavraDocument_GetAuthor(drawing));
     printf("ITavraDocument_IsChanged               -> %s\n", ITavraDocument_IsChanged(drawing) ? "true" : "false");
     printf("ITavraDocument_Save (no path yet)      -> %s\n", ITavraDocument_Save(drawing) ? "true" : "false");
-    printf("ITavraDocument_SaveAs(\"/tmp/plate.tvd\") -> %s\n",
-           ITavraDocument_SaveAs(drawing, wide("/tmp/plate.tvd")) ? "true" : "false");
+    printf("ITavraDocument_SaveAs(temp/plate.tvd)  -> %s\n",
+           ITavraDocument_SaveAs(drawing, temporary_file("plate.tvd")) ? "true" : "false");
     print_text("ITavraDocument_GetName                 -> ", ITavraDocument_GetName(drawing));
     print_text("ITavraDocument_GetPath                 -> ", ITavraDocument_GetPath(drawing));
+
+    void* object_events = ITavraDocument2D_GetObject2DEvents(drawing, wide("demo"));
+    IDrawingObjectEvents_AddCreateObjectHandler(object_events, on_objects_created);
+    printf("IDrawingObjectEvents_AddCreateObjectHandler\n");
+    void* manager = ITavraDocument2D_GetViewsAndLayersManager(drawing);
+    void* views = IViewsAndLayersManager_GetViews(manager);
+    void* view = IViews_GetActiveView(views);
+    void* segments = IDrawingContainer_GetLineSegments(view);
+    void* segment = ILineSegments_Add(segments);
+    ILineSegment_SetX2(segment, 120.0);
+    ILineSegment_SetY2(segment, 80.0);
+    printf("ILineSegments_Add, SetX2, SetY2        -> length %g\n", ILineSegment_GetLength(segment));
+    IAPIObject_Release(segment);
+    IAPIObject_Release(segments);
+    IAPIObject_Release(view);
+    IAPIObject_Release(views);
+    IAPIObject_Release(manager);
+    IAPIObject_Release(object_events);
 
     double x1 = 0, y1 = 0, x2 = 0, y2 = 0;
     ITavraDocument_GetDocumentGabarit(drawing, &x1, &y1, &x2, &y2);
@@ -72,6 +115,8 @@ int main(void) {
     printf("ITavraDocument_Close(model)            -> %s\n", ITavraDocument_Close(model, 0) ? "true" : "false");
     printf("IDocuments_GetItem(1) after closing    -> %s\n", IDocuments_GetItem(documents, 1) ? "a document" : "null");
 
+    IApplicationEvents_RemoveAllHandlers(events, wide("demo"));
+    IAPIObject_Release(events);
     IAPIObject_Release(model);
     IAPIObject_Release(drawing);
     IAPIObject_Release(documents);
