@@ -22,6 +22,15 @@ struct MainThread {
     }
 };
 
+// Starts the server on a free port, the host answering "no" (use the port
+// given); the port, or 0 when nothing came to serve it.
+std::uint16_t StartOnFreePort(tvapic::ITvAPICEntry* entry) {
+    std::uint16_t port = FreePort();
+    ui_app_standin::SetUseStartPort(false);
+    entry->Start(port);
+    return WaitUntilServing(port) ? port : 0;
+}
+
 TEST(Lifecycle, PortZeroWithANoStartsNothingAndStopReturns) {
     tvapic::ITvAPICEntry* entry = LoadedEntry();
     ASSERT_NE(entry, nullptr);
@@ -41,10 +50,8 @@ TEST(Lifecycle, StopEndsTheServerAndFreesThePort) {
     MainThread main_thread;
     tvapic::ITvAPICEntry* entry = LoadedEntry();
     ASSERT_NE(entry, nullptr);
-    std::uint16_t port = FreePort();
-    ui_app_standin::SetUseStartPort(false);
-    entry->Start(port);
-    ASSERT_TRUE(WaitUntilServing(port));
+    std::uint16_t port = StartOnFreePort(entry);
+    ASSERT_NE(port, 0);
     entry->Stop();
     EXPECT_FALSE(Listening(port));
     asio::io_context io;
@@ -58,10 +65,8 @@ TEST(Lifecycle, ARestartAnswersOneConnectionWithNothingAndEnds) {
     MainThread main_thread;
     tvapic::ITvAPICEntry* entry = LoadedEntry();
     ASSERT_NE(entry, nullptr);
-    std::uint16_t port = FreePort();
-    ui_app_standin::SetUseStartPort(false);
-    entry->Start(port);
-    ASSERT_TRUE(WaitUntilServing(port));
+    std::uint16_t port = StartOnFreePort(entry);
+    ASSERT_NE(port, 0);
     entry->Stop();
 
     ui_app_standin::SetUseStartPort(true);  // "yes": the given 0 is ignored
