@@ -10,7 +10,11 @@ LoadedLibrary LoadLibraryAt(const std::string& path, std::string& error) {
     return reinterpret_cast<LoadedLibrary>(module);
 }
 
-void UnloadLibrary(LoadedLibrary library) { FreeLibrary(reinterpret_cast<HMODULE>(library)); }
+void* LibrarySymbol(LoadedLibrary library, const char* name) {
+    return reinterpret_cast<void*>(GetProcAddress(reinterpret_cast<HMODULE>(library), name));
+}
+
+bool UnloadLibrary(LoadedLibrary library) { return FreeLibrary(reinterpret_cast<HMODULE>(library)) != 0; }
 
 #else
 #include <dlfcn.h>
@@ -21,5 +25,7 @@ LoadedLibrary LoadLibraryAt(const std::string& path, std::string& error) {
     return library;
 }
 
-void UnloadLibrary(LoadedLibrary library) { dlclose(library); }
+void* LibrarySymbol(LoadedLibrary library, const char* name) { return dlsym(library, name); }
+
+bool UnloadLibrary(LoadedLibrary library) { return dlclose(library) == 0; }
 #endif

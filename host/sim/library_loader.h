@@ -15,4 +15,7 @@ using LoadedLibrary = void*;
 
 // Null on failure, with the loader's message in `error`.
 TVSIM_LOADER_API LoadedLibrary LoadLibraryAt(const std::string& path, std::string& error);
-TVSIM_LOADER_API void UnloadLibrary(LoadedLibrary library);
+// The address of an export, or null.
+TVSIM_LOADER_API void* LibrarySymbol(LoadedLibrary library, const char* name);
+// False when the system's loader refused to unload.
+TVSIM_LOADER_API bool UnloadLibrary(LoadedLibrary library);

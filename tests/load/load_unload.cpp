@@ -6,7 +6,7 @@
 #include <string>
 #include <thread>
 
-#include "load/loader.h"
+#include "sim/library_loader.h"
 #include "tvSys2/entry_points.h"
 
 int main(int argc, char** argv) {
@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
     };
     expect(tvsys2_standin::RegisteredEntry() == nullptr, "nothing registered before loading");
     std::string error;
-    void* library = load_test::Load(argv[1], error);
+    LoadedLibrary library = LoadLibraryAt(argv[1], error);
     if (!library) {
         std::fprintf(stderr, "cannot load %s: %s\n", argv[1], error.c_str());
         return 1;
@@ -31,7 +31,7 @@ int main(int argc, char** argv) {
     tvapic::ITvAPICEntry* entry = tvsys2_standin::RegisteredEntry();
     expect(tvsys2_standin::ObjectRegistrations() == 1, "one entry object registered on load");
     expect(entry != nullptr, "the entry object is held by the host");
-    expect(load_test::Lookup(library, "IDocuments_Open") != nullptr, "exports resolve");
+    expect(LibrarySymbol(library, "IDocuments_Open") != nullptr, "exports resolve");
 
     std::thread([] {}).join();
     expect(tvsys2_standin::ObjectRegistrations() == 1 && tvsys2_standin::NullRegistrations() == 0,
@@ -42,7 +42,7 @@ int main(int argc, char** argv) {
     // that is done with it deletes it, through its virtual destructor, while
     // the library's code is still loaded.
     delete entry;
-    expect(load_test::Unload(library), "the library unloads");
+    expect(UnloadLibrary(library), "the library unloads");
     expect(tvsys2_standin::NullRegistrations() == 1, "null registered on unload");
     expect(tvsys2_standin::ObjectRegistrations() == 1, "no second entry object on unload");
     expect(tvsys2_standin::RegisteredEntry() == nullptr, "the registration is withdrawn");
