@@ -124,3 +124,15 @@ class Handle:
     def __repr__(self):
         state = " released" if self._address is None else ""
         return f"<tvapic.native.Handle 0x{self._key:x}{state}>"
+
+
+def handle_address(value, where):
+    """The address a Handle argument passes to C; None for None."""
+    if value is None:
+        return None
+    if not isinstance(value, Handle):
+        raise TypeError(f"{where} must be a tvapic.native.Handle or None, not {type(value).__name__}")
+    try:
+        return value.address
+    except ValueError as e:
+        raise ValueError(f"{where}: {e}") from None

@@ -12,7 +12,7 @@ their family's _Delete; a returned handle becomes a Handle holding its reference
 import ctypes
 
 from . import _cdll, _vectors
-from ._handles import Handle
+from ._handles import Handle, handle_address
 
 _I32 = (-(1 << 31), (1 << 31) - 1)
 _U64 = (0, (1 << 64) - 1)
@@ -45,17 +45,6 @@ def check_double(value, where):
     if not isinstance(value, (int, float)):
         raise TypeError(f"{where} must be a float, not {type(value).__name__}")
     return float(value)
-
-
-def handle_address(value, where):
-    if value is None:
-        return None
-    if not isinstance(value, Handle):
-        raise TypeError(f"{where} must be a tvapic.native.Handle or None, not {type(value).__name__}")
-    try:
-        return value.address
-    except ValueError as e:
-        raise ValueError(f"{where}: {e}") from None
 
 
 class Call:

@@ -15,7 +15,7 @@ back afterwards; take() reads a returned vector and deletes it.
 import ctypes
 
 from . import _cdll
-from ._handles import Handle
+from ._handles import Handle, handle_address
 
 
 class CVector(ctypes.Structure):
@@ -179,14 +179,7 @@ class ObjectFamily(Family):
     """Handles as given; a returned vector's elements each carry one reference."""
 
     def element_in(self, value, where):
-        if value is None:
-            return None
-        if not isinstance(value, Handle):
-            raise TypeError(f"{where} must be a tvapic.native.Handle or None, not {type(value).__name__}")
-        try:
-            return value.address
-        except ValueError as e:
-            raise ValueError(f"{where}: {e}") from None
+        return handle_address(value, where)
 
     def element_out(self, raw):
         return Handle(raw) if raw else None
