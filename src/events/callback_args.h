@@ -116,8 +116,7 @@ struct CallbackArg<const std::vector<tvapi::SmartPtr<I>>&> {
         for (void* element : held) {
             if (element) frame::AsObject(element)->Release();
         }
-        std::free(vector->data);
-        delete vector;
+        ObjectReferenceVector_Delete(vector);
     }
     CallbackArg(const CallbackArg&) = delete;
     CallbackArg& operator=(const CallbackArg&) = delete;
@@ -132,10 +131,7 @@ struct CallbackArg<const std::vector<std::int32_t>&> {
     Int32Vector_t* vector;
     explicit CallbackArg(const std::vector<std::int32_t>& host)
         : vector(containers::NewVector<Int32Vector_t>(host)) {}
-    ~CallbackArg() {
-        std::free(vector->data);
-        delete vector;
-    }
+    ~CallbackArg() { Int32Vector_Delete(vector); }
     CallbackArg(const CallbackArg&) = delete;
     CallbackArg& operator=(const CallbackArg&) = delete;
     C c() const { return vector; }
