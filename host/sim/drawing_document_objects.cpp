@@ -46,7 +46,6 @@ ObjectList DrawingDocument::CopyObjects(const tvapi::SmartPtr<tvapi::ITavraDocum
     ObjectList faces = FacesOf(copies);
     object_events_.Raise(&DrawingObjectEventLists::CreateObject, copies, Notification(notify_type::kCreate));
     Notification copying(notify_type::kCopy);
-    copying.copy = true;
     copying.copies = faces;
     object_events_.Raise(&DrawingObjectEventLists::Copy, *originals, copying);
     return faces;

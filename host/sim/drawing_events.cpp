@@ -38,7 +38,7 @@ bool DrawingEvents::Raise(Event event, const std::vector<DrawingObject*>& object
     // A handler may subscribe or close the drawing: raise to those there now.
     std::vector<Ref<DrawingObjectEvents>> subscribers;
     for (const auto& [key, events] : subscribers_) subscribers.push_back(events);
-    Ref<DrawingObjectEventsResult> previous = std::exchange(current_, New<DrawingObjectEventsResult>(notification));
+    Ref<DrawingObjectEventsResult> previous = std::exchange(current_, New<DrawingObjectEventsResult>(std::move(notification)));
     bool allowed = true;
     for (const auto& events : subscribers) {
         ObjectList admitted = events->Admitted(objects);

@@ -50,9 +50,8 @@ private:
 struct Notification {
     explicit Notification(int notify_type = 0) : type(notify_type) {}
     int type;
-    bool copy = false;
-    double angle = 0.0, scale = 1.0;
-    ObjectList copies;
+    double angle = 0.0;  // of a rotation
+    ObjectList copies;   // of a copy
 };
 
 class DrawingObjectEventsResult final : public Object, public Default<tvapi::IDrawingObjectEventsResult> {
@@ -60,9 +59,10 @@ public:
     explicit DrawingObjectEventsResult(Notification notification);
 
     tvapi::tvNotifyTypeEnum GetNotifyType() override { return tvapi::tvNotifyTypeEnum(n_.type); }
-    bool IsCopy() override { return n_.copy; }
+    bool IsCopy() override { return n_.type == notify_type::kCopy; }
     double GetAngle() override { return n_.angle; }
-    double GetScale() override { return n_.scale; }
+    // No operation of the simulated drawing scales objects.
+    double GetScale() override { return 1.0; }
     ObjectList GetCopyObjects() override { return n_.copies; }
 
 private:
