@@ -131,6 +131,8 @@ std::filesystem::path Resolved(const std::filesystem::path& path, std::error_cod
 void SetFilesRoot(const std::filesystem::path& root) {
     std::error_code error;
     files_root = root.empty() ? root : Resolved(root, error);
+    // A root that does not resolve still confines: to itself, as written.
+    if (error) files_root = root.lexically_normal();
 }
 
 bool MayAccess(const tvapi::WString& path) {
