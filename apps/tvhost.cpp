@@ -12,12 +12,18 @@
 #include <filesystem>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "UI_App/GuiApp.h"
 #include "sim/library_loader.h"
 #include "sim/main_loop.h"
 #include "sim/sim.h"
 #include "tvSys2/entry_points.h"
+
+#if defined(_WIN32)
+#include <windows.h>
+#include <shellapi.h>
+#endif
 
 namespace {
 
@@ -38,18 +44,34 @@ struct Options {
     std::string files = Utf8(std::filesystem::temp_directory_path());
 };
 
-bool Parse(int argc, char** argv, Options& options) {
-    for (int i = 1; i < argc; ++i) {
-        std::string arg = argv[i];
-        if (arg == "--port" && i + 1 < argc) {
+// The command line in UTF-8. Windows hands `main` its arguments in the
+// system codepage, which cannot name every folder: they are read wide there.
+std::vector<std::string> Utf8Arguments(int argc, char** argv) {
+#if defined(_WIN32)
+    int count = 0;
+    if (LPWSTR* wide = CommandLineToArgvW(GetCommandLineW(), &count)) {
+        std::vector<std::string> arguments;
+        for (int i = 0; i < count; ++i) arguments.push_back(Utf8(std::filesystem::path(wide[i])));
+        LocalFree(wide);
+        return arguments;
+    }
+#endif
+    return std::vector<std::string>(argv, argv + argc);
+}
+
+bool Parse(const std::vector<std::string>& args, Options& options) {
+    for (std::size_t i = 1; i < args.size(); ++i) {
+        const std::string& arg = args[i];
+        if (arg == "--port" && i + 1 < args.size()) {
+            const std::string& text = args[++i];
             char* end = nullptr;
-            unsigned long port = std::strtoul(argv[++i], &end, 10);
-            if (*end || port > 65535) return false;
+            unsigned long port = std::strtoul(text.c_str(), &end, 10);
+            if (text.empty() || *end || port > 65535) return false;
             options.port = static_cast<unsigned>(port);
-        } else if (arg == "--library" && i + 1 < argc) {
-            options.library = argv[++i];
-        } else if (arg == "--files" && i + 1 < argc) {
-            options.files = argv[++i];
+        } else if (arg == "--library" && i + 1 < args.size()) {
+            options.library = args[++i];
+        } else if (arg == "--files" && i + 1 < args.size()) {
+            options.files = args[++i];
         } else {
             return false;
         }
@@ -61,7 +83,7 @@ bool Parse(int argc, char** argv, Options& options) {
 
 int main(int argc, char** argv) {
     Options options;
-    if (!Parse(argc, argv, options)) {
+    if (!Parse(Utf8Arguments(argc, argv), options)) {
         std::fprintf(stderr, "usage: %s [--port N] [--library path/to/tvAPIC] [--files folder]\n", argv[0]);
         return 2;
     }

@@ -1,12 +1,22 @@
 #include "sim/application.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "sim/document.h"
 #include "sim/documents.h"
 #include "sim/text.h"
 
 namespace tvsim {
 
-Application::Application() : events_(New<ApplicationEvents>()), documents_(New<Documents>(events_)) {}
+Application::Application()
+    : directory_(StartDirectory()), events_(New<ApplicationEvents>()), documents_(New<Documents>(events_)) {}
+
+tvapi::WString Application::StartDirectory() {
+    std::error_code error;
+    std::filesystem::path working = std::filesystem::current_path(error);
+    return error ? tvapi::WString() : FromPath(working);
+}
 
 // Documents still held by callers stay valid objects, closed.
 Application::~Application() { documents_->CloseAll(false); }

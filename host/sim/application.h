@@ -55,6 +55,9 @@ public:
     bool IsLockPumpMessages() override { return pump_locked_; }
     int GetBuildNumber() override { return kBuild; }
 
+    // Where the current directory starts: the process's working directory.
+    static tvapi::WString StartDirectory();
+
     const ShownMessage& LastMessage() const { return last_message_; }
     const std::vector<int>& ExecutedCommands() const { return executed_; }
     bool QuitRequested() const { return quit_requested_; }
@@ -63,7 +66,7 @@ public:
 
 private:
     bool visible_ = true;
-    tvapi::WString directory_ = TVAPI_TEXT("/home/user");
+    tvapi::WString directory_;
     tvapi::tvHideMessageEnum hide_message_{};
     bool task_access_ = true, pump_locked_ = false, quit_requested_ = false;
     ShownMessage last_message_;

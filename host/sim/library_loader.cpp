@@ -4,8 +4,12 @@
 #if defined(_WIN32)
 #include <windows.h>
 
+#include <filesystem>
+
 LoadedLibrary LoadLibraryAt(const std::string& path, std::string& error) {
-    HMODULE module = LoadLibraryA(path.c_str());
+    // The wide call: the system codepage cannot name every file.
+    std::filesystem::path file(std::u8string(path.begin(), path.end()));
+    HMODULE module = LoadLibraryW(file.c_str());
     if (!module) error = "LoadLibrary failed with error " + std::to_string(GetLastError());
     return reinterpret_cast<LoadedLibrary>(module);
 }

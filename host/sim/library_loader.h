@@ -13,7 +13,7 @@
 
 using LoadedLibrary = void*;
 
-// Null on failure, with the loader's message in `error`.
+// Null on failure, with the loader's message in `error`. The path is UTF-8.
 TVSIM_LOADER_API LoadedLibrary LoadLibraryAt(const std::string& path, std::string& error);
 // The address of an export, or null.
 TVSIM_LOADER_API void* LibrarySymbol(LoadedLibrary library, const char* name);

@@ -23,6 +23,10 @@ void tvsim_start(void) {
 void tvsim_set_files_root(const char* utf8_path) {
     std::u8string path = utf8_path ? std::u8string(reinterpret_cast<const char8_t*>(utf8_path)) : std::u8string();
     tvsim::SetFilesRoot(std::filesystem::path(path));
+    // Documents can only be read and written there: the current directory
+    // starts there too.
+    if (running) running->SetCurrentDirectory(path.empty() ? tvsim::Application::StartDirectory()
+                                                           : tvsim::FromPath(std::filesystem::path(path)));
 }
 
 void tvsim_stop(void) {

@@ -17,7 +17,8 @@ extern "C" {
 TVSIM_API void tvsim_start(void);
 TVSIM_API void tvsim_stop(void);
 // Confines the simulated host's file reads and writes to the folder at
-// `utf8_path` and below; null or empty lifts the limit.
+// `utf8_path` and below; null or empty lifts the limit. The application's
+// current directory moves there (back to the working directory when lifted).
 TVSIM_API void tvsim_set_files_root(const char* utf8_path);
 
 #ifdef __cplusplus

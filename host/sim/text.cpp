@@ -108,6 +108,10 @@ bool ParseInt(std::string_view token, int& value) {
 
 std::filesystem::path ToPath(const tvapi::WString& path) { return std::filesystem::path(path); }
 
+tvapi::WString FromPath(const std::filesystem::path& path) {
+    return path.string<tvapi::WString::value_type, tvapi::WString::traits_type>();
+}
+
 tvapi::WString FileNamePart(const tvapi::WString& path) {
     auto cut = path.find_last_of(TVAPI_TEXT("/\\"));
     return cut == tvapi::WString::npos ? path : path.substr(cut + 1);

@@ -26,6 +26,7 @@ bool ParseNumber(std::string_view token, double& value);
 bool ParseInt(std::string_view token, int& value);
 
 std::filesystem::path ToPath(const tvapi::WString& path);
+tvapi::WString FromPath(const std::filesystem::path& path);
 // The file name part of a path, either separator.
 tvapi::WString FileNamePart(const tvapi::WString& path);
 // The folder part with its trailing separator, or empty.

@@ -53,6 +53,13 @@ TEST_F(FilesRootTest, ALinkInsideTheRootLeadingOutIsRefused) {
     EXPECT_FALSE(Exists("through-link.tvd"));
 }
 
+TEST_F(FilesRootTest, TheCurrentDirectoryFollowsTheRoot) {
+    // A client that saves into the current directory stays inside the root.
+    EXPECT_EQ(Take(IApplication_GetCurrentDirectory()), PathTo("root"));
+    tvsim_set_files_root(nullptr);
+    EXPECT_EQ(Take(IApplication_GetCurrentDirectory()), std::filesystem::current_path().string<tvWChar>());
+}
+
 TEST_F(FilesRootTest, LiftingTheLimitAllowsAnyFolderAgain) {
     tvsim_set_files_root(nullptr);
     Handle drawing = NewDrawing();

@@ -55,7 +55,25 @@ def _ready(client, proc, deadline):
 
 
 @pytest.fixture(scope="session")
-def tvhost(tmp_path_factory):
+def served_files(tmp_path_factory):
+    """The files root of the tvhost the tests start. Its name is not ASCII, nor
+    of any single codepage: tvhost must read its command line whole."""
+    return tmp_path_factory.mktemp("files-план-図面")
+
+
+@pytest.fixture
+def served_tmp(served_files, tmp_path, request):
+    """A fresh folder the tests' tvhost may write to (tmp_path for a server
+    started by someone else: its files root is the system's temporary folder)."""
+    if os.environ.get("TVHOST_PORT"):
+        return tmp_path
+    folder = served_files / request.node.name
+    folder.mkdir()
+    return folder
+
+
+@pytest.fixture(scope="session")
+def tvhost(served_files):
     """(client, port) of a tvhost started for the session; stopped with SIGTERM at the end
     (SIGINT under an emulator: Wine hands it to the program as Ctrl-C, while
     SIGTERM would end a Windows program without its shutdown)."""
@@ -69,11 +87,11 @@ def tvhost(tmp_path_factory):
     emulator = shlex.split(os.environ.get("TVHOST_EMULATOR", ""))
     # The documents the tests save lie below pytest's folder (tvhost's default,
     # the system's temporary folder, is a folder of Wine's own under Wine).
-    command = [*emulator, path, "--files", str(tmp_path_factory.getbasetemp())]
+    command = [*emulator, path, "--files", str(served_files)]
     for _ in range(3):  # another process may take the free port first
         port = free_port()
         deadline = time.monotonic() + (30 if emulator else 15)
-        proc = _start(command, port, deadline, cwd=tmp_path_factory.mktemp("tvhost"))
+        proc = _start(command, port, deadline, cwd=served_files.parent)
         if proc is None:
             continue
         client = Client(port=port, timeout=10)

@@ -45,9 +45,9 @@ def test_the_same_script_in_process(host, tmp_path):
     assert documents_script(objects.application(), tmp_path) == EXPECTED
 
 
-def test_the_same_script_through_the_api_server(tvhost, tmp_path):
+def test_the_same_script_through_the_api_server(tvhost, served_tmp):
     client, _ = tvhost
-    assert documents_script(objects.application(client), tmp_path) == EXPECTED
+    assert documents_script(objects.application(client), served_tmp) == EXPECTED
 
 
 class TestInProcess:

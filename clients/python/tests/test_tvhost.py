@@ -1,4 +1,6 @@
 """Calls to the simulated host through its API Server."""
+import os
+
 import pytest
 
 from tvapic import SIGNATURES, Handle, ProtocolError
@@ -19,7 +21,7 @@ def test_system_version_fills_the_slots_sent_with_a_value(app):
     assert app.IApplication_GetSystemVersion(None, 5, build=-1) == (None, 1, None, 2611, True)
 
 
-def test_a_document_added_named_described_and_saved(app, tmp_path):
+def test_a_document_added_named_described_and_saved(app, served_tmp):
     documents = app.IApplication_GetDocuments()
     assert isinstance(documents, Handle) and documents == app.IApplication_GetDocuments()
     document = app.IDocuments_Add(documents, 1, False)
@@ -31,14 +33,25 @@ def test_a_document_added_named_described_and_saved(app, tmp_path):
     assert app.ITavraDocument_GetAuthor(document) == author
     assert app.ITavraDocument_IsChanged(document) is True
     # The host writes the document: a folder of the test's own.
-    path = str(tmp_path / "Été.tvd")
+    path = str(served_tmp / "Été.tvd")
     assert app.ITavraDocument_SaveAs(document, path) is True
     assert app.ITavraDocument_GetName(document) == "Été.tvd"
-    assert app.ITavraDocument_GetPath(document) == str(tmp_path) + "/"
+    assert app.ITavraDocument_GetPath(document) == str(served_tmp) + "/"
     assert app.IDocuments_GetItemByFilePath(documents, path) == document
     assert app.ITavraDocument_IsChanged(document) is False
     assert app.ITavraDocument_SaveAs(document, "") is False
     assert app.ITavraDocument_GetDocumentGabarit(document, 0.0, 0.0, None, 0.0) == (0.0, 0.0, None, 297.0, True)
+    assert app.ITavraDocument_Close(document, False) is True
+
+
+def test_the_current_directory_starts_at_the_files_root(app, served_files):
+    if os.environ.get("TVHOST_PORT"):
+        pytest.skip("a server started elsewhere has a files root of its own")
+    assert app.IApplication_GetCurrentDirectory() == str(served_files)
+    document = app.IDocuments_Add(app.IApplication_GetDocuments(), 1, False)
+    assert app.ITavraDocument_SaveAs(document, str(served_files) + "/plan.tvd") is True
+    assert (served_files / "plan.tvd").is_file()
+    assert app.ITavraDocument_SaveAs(document, str(served_files.parent / "outside.tvd")) is False
     assert app.ITavraDocument_Close(document, False) is True
 
 
