@@ -116,6 +116,20 @@ private:
     std::map<std::string, void*> by_iid_;
 };
 
+// A new object for the length of a test: created with the named interfaces,
+// its one reference given back when the holder goes.
+struct Held {
+    Object* o;
+    explicit Held(std::initializer_list<const char*> interfaces) : o(Object::Create(interfaces)) {}
+    explicit Held(const char* interface) : Held({interface}) {}
+    ~Held() { o->Release(); }
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
+    Object* operator->() const { return o; }
+    void* handle() const { return o->Handle(); }
+    std::string name() const { return "obj" + std::to_string(o->id()); }
+};
+
 // Makes `object` the host's application or transfer service (by its face for
 // `root`, "IApplication" or "ITransferService"); null uninstalls.
 void InstallAsRoot(Object* object, const std::string& root);

@@ -16,12 +16,7 @@ namespace {
 
 using tvprobe::Object;
 
-struct Probe {
-    Object* o;
-    explicit Probe(const char* interface) : o(Object::Create({interface})) {}
-    ~Probe() { o->Release(); }
-    void* handle() const { return o->Handle(); }
-};
+using Probe = tvprobe::Held;
 
 std::vector<std::string> Kept(Object& o) { return eventsweep::Kept(*tvprobe::SinkOf<tvapi::IApplicationEvents>(o)); }
 

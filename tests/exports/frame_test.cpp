@@ -13,16 +13,8 @@
 namespace {
 
 using sweep::Text;
-using tvprobe::Object;
 
-// An object, released at the end of the test.
-struct Probe {
-    Object* o;
-    explicit Probe(std::initializer_list<const char*> interfaces) : o(Object::Create(interfaces)) {}
-    ~Probe() { o->Release(); }
-    Object* operator->() const { return o; }
-    void* handle() const { return o->Handle(); }
-};
+using Probe = tvprobe::Held;
 
 // Installs a probe as the application (or transfer service) for one test.
 struct RootedProbe : Probe {

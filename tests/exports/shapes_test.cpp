@@ -11,16 +11,8 @@
 
 namespace {
 
-using tvprobe::Object;
 
-struct Probe {
-    Object* o;
-    explicit Probe(std::initializer_list<const char*> interfaces) : o(Object::Create(interfaces)) {}
-    ~Probe() { o->Release(); }
-    Object* operator->() const { return o; }
-    void* handle() const { return o->Handle(); }
-    std::string name() const { return "obj" + std::to_string(o->id()); }
-};
+using Probe = tvprobe::Held;
 
 TEST(OutParameterSkipping, ANullPointerIsSkippedAndItsNeighbourStillWritten) {
     Probe slot({"IArcSlot"});
