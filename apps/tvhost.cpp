@@ -88,7 +88,10 @@ int main(int argc, char** argv) {
         return 2;
     }
     tvsim_start();
-    tvsim_set_files_root(options.files.c_str());
+    if (!tvsim_set_files_root(options.files.c_str())) {
+        std::fprintf(stderr, "tvhost: --files: the folder's name is not UTF-8\n");
+        return 2;
+    }
     std::string error;
     LoadedLibrary library = LoadLibraryAt(options.library, error);
     if (!library) {

@@ -20,13 +20,14 @@ void tvsim_start(void) {
     tvapi_standin::SetApplication(running);
 }
 
-void tvsim_set_files_root(const char* utf8_path) {
-    std::u8string path = utf8_path ? std::u8string(reinterpret_cast<const char8_t*>(utf8_path)) : std::u8string();
-    tvsim::SetFilesRoot(std::filesystem::path(path));
+int tvsim_set_files_root(const char* utf8_path) {
+    tvapi::WString root;
+    if (utf8_path && !tvsim::FromUtf8(utf8_path, root)) return 0;
+    tvsim::SetFilesRoot(tvsim::ToPath(root));
     // Documents can only be read and written there: the current directory
     // starts there too.
-    if (running) running->SetCurrentDirectory(path.empty() ? tvsim::Application::StartDirectory()
-                                                           : tvsim::FromPath(std::filesystem::path(path)));
+    if (running) running->SetCurrentDirectory(root.empty() ? tvsim::Application::StartDirectory() : root);
+    return 1;
 }
 
 void tvsim_stop(void) {

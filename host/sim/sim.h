@@ -19,7 +19,8 @@ TVSIM_API void tvsim_stop(void);
 // Confines the simulated host's file reads and writes to the folder at
 // `utf8_path` and below; null or empty lifts the limit. The application's
 // current directory moves there (back to the working directory when lifted).
-TVSIM_API void tvsim_set_files_root(const char* utf8_path);
+// 0, changing nothing, when the path is not UTF-8.
+TVSIM_API int tvsim_set_files_root(const char* utf8_path);
 
 #ifdef __cplusplus
 }

@@ -106,10 +106,20 @@ bool ParseInt(std::string_view token, int& value) {
     return true;
 }
 
-std::filesystem::path ToPath(const tvapi::WString& path) { return std::filesystem::path(path); }
+std::filesystem::path ToPath(const tvapi::WString& path) {
+    try {
+        return std::filesystem::path(path);
+    } catch (const std::exception&) {
+        return std::filesystem::path();  // an unpaired surrogate names no POSIX file
+    }
+}
 
 tvapi::WString FromPath(const std::filesystem::path& path) {
-    return path.string<tvapi::WString::value_type, tvapi::WString::traits_type>();
+    try {
+        return path.string<tvapi::WString::value_type, tvapi::WString::traits_type>();
+    } catch (const std::exception&) {
+        return tvapi::WString();  // a POSIX name that is not UTF-8 is no text
+    }
 }
 
 tvapi::WString FileNamePart(const tvapi::WString& path) {
@@ -140,10 +150,11 @@ void SetFilesRoot(const std::filesystem::path& root) {
 }
 
 bool MayAccess(const tvapi::WString& path) {
-    if (path.empty()) return false;
+    std::filesystem::path file = ToPath(path);
+    if (file.empty()) return false;
     if (files_root.empty()) return true;
     std::error_code error;
-    std::filesystem::path resolved = Resolved(ToPath(path), error);
+    std::filesystem::path resolved = Resolved(file, error);
     if (error) return false;
     auto [in_root, in_path] = std::mismatch(files_root.begin(), files_root.end(), resolved.begin(), resolved.end());
     return in_root == files_root.end() && in_path != resolved.end();  // below the root, not the root itself

@@ -25,7 +25,9 @@ tvapi::WString FormatNumberText(double value);
 bool ParseNumber(std::string_view token, double& value);
 bool ParseInt(std::string_view token, int& value);
 
+// Empty for text that names no file on this system.
 std::filesystem::path ToPath(const tvapi::WString& path);
+// Empty for a path that is not text (a POSIX name that is not UTF-8).
 tvapi::WString FromPath(const std::filesystem::path& path);
 // The file name part of a path, either separator.
 tvapi::WString FileNamePart(const tvapi::WString& path);

@@ -13,7 +13,7 @@ protected:
         SimTest::SetUp();
         std::filesystem::create_directories(folder() / "root" / "sub");
         std::u8string root = (folder() / "root").u8string();
-        tvsim_set_files_root(std::string(root.begin(), root.end()).c_str());
+        ASSERT_EQ(tvsim_set_files_root(std::string(root.begin(), root.end()).c_str()), 1);
     }
     void TearDown() override {
         tvsim_set_files_root(nullptr);
@@ -58,6 +58,14 @@ TEST_F(FilesRootTest, TheCurrentDirectoryFollowsTheRoot) {
     EXPECT_EQ(Take(IApplication_GetCurrentDirectory()), PathTo("root"));
     tvsim_set_files_root(nullptr);
     EXPECT_EQ(Take(IApplication_GetCurrentDirectory()), std::filesystem::current_path().string<tvWChar>());
+}
+
+TEST_F(FilesRootTest, ARootNamedInBrokenUtf8IsRefusedAndTheOldOneKept) {
+    EXPECT_EQ(tvsim_set_files_root("/tmp/\xff\xfe"), 0);
+    Handle drawing = NewDrawing();
+    EXPECT_FALSE(ITavraDocument_SaveAs(drawing.get(), PathTo("outside.tvd").c_str()));
+    EXPECT_TRUE(ITavraDocument_SaveAs(drawing.get(), PathTo("root/in.tvd").c_str()));
+    EXPECT_EQ(Take(IApplication_GetCurrentDirectory()), PathTo("root"));
 }
 
 TEST_F(FilesRootTest, LiftingTheLimitAllowsAnyFolderAgain) {

@@ -183,6 +183,14 @@ TEST_F(Persistence, SavingRefusesWhatWouldLoseWork) {
     EXPECT_FALSE(ITavraDocument_SaveAs(drawing.get(), PathTo("no/such/folder/a.tvd").c_str()));
     EXPECT_TRUE(ITavraDocument_IsChanged(drawing.get()));
     EXPECT_EQ(Take(ITavraDocument_GetFullPath(drawing.get())), TVAPIC_TEXT(""));
+    // An unpaired surrogate: a name on Windows, none on a POSIX system.
+    Text unpaired = PathTo("a") + Text(1, tvWChar(0xD800)) + TVAPIC_TEXT(".tvd");
+#if defined(_WIN32)
+    EXPECT_TRUE(ITavraDocument_SaveAs(drawing.get(), unpaired.c_str()));
+#else
+    EXPECT_FALSE(ITavraDocument_SaveAs(drawing.get(), unpaired.c_str()));
+    EXPECT_FALSE(Handle(IDocuments_Open(documents(), unpaired.c_str(), 1, 0)));
+#endif
 
     Text first = PathTo("first.tvd");
     ASSERT_TRUE(ITavraDocument_SaveAs(drawing.get(), first.c_str()));
