@@ -183,11 +183,9 @@ TEST_F(Persistence, SavingRefusesWhatWouldLoseWork) {
     EXPECT_FALSE(ITavraDocument_SaveAs(drawing.get(), PathTo("no/such/folder/a.tvd").c_str()));
     EXPECT_TRUE(ITavraDocument_IsChanged(drawing.get()));
     EXPECT_EQ(Take(ITavraDocument_GetFullPath(drawing.get())), TVAPIC_TEXT(""));
-    // An unpaired surrogate: a name on Windows, none on a POSIX system.
+#if !defined(_WIN32)
+    // An unpaired surrogate names no file on a POSIX system (on Windows it can).
     Text unpaired = PathTo("a") + Text(1, tvWChar(0xD800)) + TVAPIC_TEXT(".tvd");
-#if defined(_WIN32)
-    EXPECT_TRUE(ITavraDocument_SaveAs(drawing.get(), unpaired.c_str()));
-#else
     EXPECT_FALSE(ITavraDocument_SaveAs(drawing.get(), unpaired.c_str()));
     EXPECT_FALSE(Handle(IDocuments_Open(documents(), unpaired.c_str(), 1, 0)));
 #endif
