@@ -4,6 +4,7 @@
 #include <charconv>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <system_error>
 
 namespace tvsim {
@@ -140,6 +141,27 @@ std::filesystem::path Resolved(const std::filesystem::path& path, std::error_cod
     std::filesystem::path absolute = std::filesystem::absolute(path, error);
     return error ? std::filesystem::path() : std::filesystem::weakly_canonical(absolute, error);
 }
+
+// The file `path` names, when it lies below the files root (symbolic links
+// and ".." resolved); nothing for an empty path, one outside the root, or
+// text that names no file on this system.
+std::optional<std::filesystem::path> Accessible(const tvapi::WString& path) {
+    std::filesystem::path file = ToPath(path);
+    if (file.empty()) return std::nullopt;
+    if (files_root.empty()) return file;
+    std::error_code error;
+    std::filesystem::path resolved = Resolved(file, error);
+    if (error) return std::nullopt;
+    auto [in_root, in_path] = std::mismatch(files_root.begin(), files_root.end(), resolved.begin(), resolved.end());
+    // Below the root, not the root itself.
+    if (in_root != files_root.end() || in_path == resolved.end()) return std::nullopt;
+    return file;
+}
+
+bool IsRegularFile(const std::filesystem::path& file) {
+    std::error_code error;
+    return std::filesystem::is_regular_file(file, error);
+}
 }  // namespace
 
 void SetFilesRoot(const std::filesystem::path& root) {
@@ -149,37 +171,29 @@ void SetFilesRoot(const std::filesystem::path& root) {
     if (error) files_root = root.lexically_normal();
 }
 
-bool MayAccess(const tvapi::WString& path) {
-    std::filesystem::path file = ToPath(path);
-    if (file.empty()) return false;
-    if (files_root.empty()) return true;
-    std::error_code error;
-    std::filesystem::path resolved = Resolved(file, error);
-    if (error) return false;
-    auto [in_root, in_path] = std::mismatch(files_root.begin(), files_root.end(), resolved.begin(), resolved.end());
-    return in_root == files_root.end() && in_path != resolved.end();  // below the root, not the root itself
-}
-
 bool IsFile(const tvapi::WString& path) {
-    std::error_code error;
-    return MayAccess(path) && std::filesystem::is_regular_file(ToPath(path), error);
+    auto file = Accessible(path);
+    return file && IsRegularFile(*file);
 }
 
 bool IsFree(const tvapi::WString& path) {
+    auto file = Accessible(path);
     std::error_code error;
-    return MayAccess(path) && !std::filesystem::exists(ToPath(path), error) && !error;
+    return file && !std::filesystem::exists(*file, error) && !error;
 }
 
 bool RemoveFile(const tvapi::WString& path) {
-    if (!MayAccess(path)) return false;
+    auto file = Accessible(path);
+    if (!file) return false;
     std::error_code error;
-    std::filesystem::remove(ToPath(path), error);
+    std::filesystem::remove(*file, error);
     return !error;
 }
 
 bool ReadWholeFile(const tvapi::WString& path, std::string& bytes) {
-    if (!IsFile(path)) return false;
-    std::ifstream in(ToPath(path), std::ios::binary);
+    auto file = Accessible(path);
+    if (!file || !IsRegularFile(*file)) return false;
+    std::ifstream in(*file, std::ios::binary);
     if (!in) return false;
     std::string read((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     if (in.bad()) return false;
@@ -188,9 +202,9 @@ bool ReadWholeFile(const tvapi::WString& path, std::string& bytes) {
 }
 
 bool WriteWholeFile(const tvapi::WString& path, const std::string& bytes) {
-    if (!MayAccess(path)) return false;
-    std::filesystem::path target = ToPath(path);
-    std::filesystem::path partial = target;
+    auto target = Accessible(path);
+    if (!target) return false;
+    std::filesystem::path partial = *target;
     partial += ".partial";
     {
         std::ofstream out(partial, std::ios::binary | std::ios::trunc);
@@ -205,7 +219,7 @@ bool WriteWholeFile(const tvapi::WString& path, const std::string& bytes) {
         }
     }
     std::error_code error;
-    std::filesystem::rename(partial, target, error);
+    std::filesystem::rename(partial, *target, error);
     if (error) {
         std::filesystem::remove(partial, error);
         return false;

@@ -36,11 +36,9 @@ tvapi::WString FolderPart(const tvapi::WString& path);
 
 // Where the simulated host may read and write files: below the files root
 // only, once one is set (tvhost sets one: its clients reach it over the
-// network). With none set, anywhere. An empty root unsets it.
+// network). With none set, anywhere. An empty root unsets it. Paths are
+// compared with symbolic links and ".." resolved.
 void SetFilesRoot(const std::filesystem::path& root);
-// Whether `path` (not empty) lies below the files root, symbolic links and
-// ".." resolved.
-bool MayAccess(const tvapi::WString& path);
 
 // The file operations below refuse paths outside the files root.
 bool IsFile(const tvapi::WString& path);
