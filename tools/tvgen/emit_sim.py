@@ -85,7 +85,7 @@ def members(i, source):
     return out + [handler_lists(source), filter_members(source)]
 
 
-def emit_group(cat, group, events=None):
+def emit_group(cat, group, events):
     out = ["// Generated from the catalogue; do not edit.\n#pragma once\n\n",
            "#include <utility>\n\n", '#include "sim/handlers.h"\n', '#include "sim/object.h"\n']
     for g in group_dependencies(cat, group):
@@ -94,7 +94,7 @@ def emit_group(cat, group, events=None):
     for i in cat.interfaces.values():
         if i.group != group:
             continue
-        source = events.sources.get(i.name) if events else None
+        source = events.sources.get(i.name)
         out.append(f"\ntemplate <>\nclass Default<tvapi::{i.name}> : public tvapi::{i.name} {{\npublic:\n")
         if i.root:
             out.append("    void HostReserved() override {}\n")
