@@ -2,8 +2,8 @@
 // `_Clear` / `_Delete` members and by the converters' refill.
 #pragma once
 
-#include <cstdlib>
 
+#include "frame/heap.h"
 #include "tvAPIC.h"
 
 namespace tvapic::containers {
@@ -12,7 +12,7 @@ namespace tvapic::containers {
 template <class CV>
 void ClearPlain(CV* v) {
     if (!v) return;
-    std::free(v->data);
+    heap::Free(v->data);
     v->data = nullptr;
     v->size = 0;
 }
@@ -25,12 +25,12 @@ template <class CV, class ReleaseElement>
 void ClearOwning(CV* v, ReleaseElement release) {
     if (!v) return;
     for (std::uint64_t i = 0; i < v->size; ++i) release(v->data[i]);
-    std::free(v->data);
+    heap::Free(v->data);
     v->size = 0;
 }
 
 inline void Clear(StringVector_t* v) {
-    ClearOwning(v, [](tvWChar* s) { std::free(s); });
+    ClearOwning(v, [](tvWChar* s) { heap::Free(s); });
 }
 
 template <class CV>

@@ -6,7 +6,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 #include <type_traits>
@@ -14,6 +13,7 @@
 
 #include "containers/clear.h"
 #include "containers/value_handles.h"
+#include "frame/heap.h"
 #include "frame/query.h"
 #include "frame/text.h"
 #include "tvAPIC.h"
@@ -116,7 +116,7 @@ template <class CV, class X>
 void Fill(CV* v, const std::vector<X>& host) {
     using E = ElementOf<CV>;
     v->size = host.size();
-    v->data = static_cast<E*>(std::malloc(host.size() * sizeof(E)));
+    v->data = static_cast<E*>(heap::Allocate(host.size() * sizeof(E)));
     if constexpr (std::is_arithmetic_v<X> && !std::is_same_v<X, bool>) {
         static_assert(sizeof(X) == sizeof(E));
         if (!host.empty()) std::memcpy(v->data, host.data(), host.size() * sizeof(E));

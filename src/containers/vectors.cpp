@@ -1,13 +1,13 @@
 // The exported C vector families. Every family is the same header (size, then
-// data) over a malloc block; the families differ only in element type and in
+// data) over a block of the C runtime heap shared with callers; the families differ only in element type and in
 // what their clear does to the elements. Nothing is bounds-checked: a null
 // vector is the one input that is looked at.
 #include <cstdint>
-#include <cstdlib>
 #include <type_traits>
 
 #include "containers/clear.h"
 #include "containers/value_handles.h"
+#include "frame/heap.h"
 #include "frame/text.h"
 #include "tvAPIC.h"
 
@@ -20,10 +20,10 @@ template <class CV>
 using Element = std::remove_pointer_t<decltype(CV::data)>;
 
 // The block is left uninitialised; neither the count × width product nor the
-// malloc result is checked (a failed block leaves a null data and the count).
+// allocation result is checked (a failed block leaves a null data and the count).
 template <class CV>
 CV* Create(std::uint64_t count) {
-    return new CV{count, static_cast<Element<CV>*>(std::malloc(count * sizeof(Element<CV>)))};
+    return new CV{count, static_cast<Element<CV>*>(tvapic::heap::Allocate(count * sizeof(Element<CV>)))};
 }
 
 template <class CV>
@@ -39,7 +39,7 @@ void Set(CV* v, std::uint64_t i, Element<CV> x) {
 template <class CV>
 void DeletePlain(CV* v) {
     if (!v) return;
-    std::free(v->data);
+    tvapic::heap::Free(v->data);
     delete v;
 }
 

@@ -8,12 +8,12 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
 #include <type_traits>
 #include <unordered_set>
 #include <vector>
 
 #include "containers/convert.h"
+#include "frame/heap.h"
 #include "frame/query.h"
 #include "frame/text.h"
 #include "tvAPIC.h"
@@ -100,71 +100,85 @@ struct CallbackArg<bool&> {
     void finish() { host = local != 0; }
 };
 
-// A list of objects: a C vector made for this call, each element the
-// object's IAPIObject handle with one reference taken for the vector. Both
-// the vector and those references are given back after the call, so a
-// callback that keeps an element takes its own reference, as for a single
-// object.
+// A read-only list made for this call: a C vector over a block of its own.
+// After the call the block and the header it was made with are given back;
+// the callback only reads the vector, so `data` is not consulted again.
+template <class CV>
+struct ReadOnlyList {
+    CV* vector;
+    decltype(CV::data) block;
+    explicit ReadOnlyList(CV* v) : vector(v), block(v->data) {}
+    ~ReadOnlyList() {
+        heap::Free(block);
+        delete vector;
+    }
+    ReadOnlyList(const ReadOnlyList&) = delete;
+    ReadOnlyList& operator=(const ReadOnlyList&) = delete;
+};
+
+// A list of objects: each element is the object's IAPIObject handle with one
+// reference taken for the vector. The vector and those references are given
+// back after the call, so a callback that keeps an element takes its own
+// reference, as for a single object.
 template <class I>
 struct CallbackArg<const std::vector<tvapi::SmartPtr<I>>&> {
     using C = const ObjectReferenceVector_t*;
-    ObjectReferenceVector_t* vector;
-    std::vector<void*> held;  // what the vector was given, whatever the callback does to it
+    ReadOnlyList<ObjectReferenceVector_t> list;
+    std::uint64_t size;
     explicit CallbackArg(const std::vector<tvapi::SmartPtr<I>>& host)
-        : vector(containers::NewVector<ObjectReferenceVector_t>(host)), held(vector->data, vector->data + vector->size) {}
+        : list(containers::NewVector<ObjectReferenceVector_t>(host)), size(list.vector->size) {}
     ~CallbackArg() {
-        for (void* element : held) {
-            if (element) frame::AsObject(element)->Release();
+        for (std::uint64_t i = 0; i < size; ++i) {
+            if (list.block[i]) frame::AsObject(list.block[i])->Release();
         }
-        ObjectReferenceVector_Delete(vector);
     }
-    CallbackArg(const CallbackArg&) = delete;
-    CallbackArg& operator=(const CallbackArg&) = delete;
-    C c() const { return vector; }
+    C c() const { return list.vector; }
     void finish() {}
 };
 
-// A list of 32-bit integers: a C vector made for this call and freed after it.
+// A list of 32-bit integers.
 template <>
 struct CallbackArg<const std::vector<std::int32_t>&> {
     using C = const Int32Vector_t*;
-    Int32Vector_t* vector;
-    explicit CallbackArg(const std::vector<std::int32_t>& host)
-        : vector(containers::NewVector<Int32Vector_t>(host)) {}
-    ~CallbackArg() { Int32Vector_Delete(vector); }
-    CallbackArg(const CallbackArg&) = delete;
-    CallbackArg& operator=(const CallbackArg&) = delete;
-    C c() const { return vector; }
+    ReadOnlyList<Int32Vector_t> list;
+    explicit CallbackArg(const std::vector<std::int32_t>& host) : list(containers::NewVector<Int32Vector_t>(host)) {}
+    C c() const { return list.vector; }
     void finish() {}
 };
 
 // A writable list of texts: a C string vector made for this call, whose
 // content as the callback leaves it replaces the host's list.
 //
-// The vector is then deleted as its family deletes, with two allowances for
-// the family's own members: StringVector_Set leaves the text it replaces in
-// place, so replaced texts are freed here; StringVector_Clear frees the texts
-// and the block but leaves `data` as it was, so a vector found emptied over
-// its original block has only its header left to free.
+// The callback may change the vector by its family's rules: set elements,
+// free an element before replacing it, clear the vector, give it a new block.
+// Several of these free what the vector held without a trace, and the heap
+// may hand the same address out again at once, so the adapter cannot tell a
+// text it made from one that merely reuses its address. It therefore frees
+// only what the vector holds when the callback returns, which by the family's
+// rules is the vector's own. A text replaced without being freed is left
+// behind rather than freed on a guess (a leak, as StringVector_Set documents).
+// One state stays ambiguous: a vector found empty over the block it was made
+// with may have been cleared (the block is gone) or shortened in place; its
+// block is left alone.
 template <>
 struct CallbackArg<std::vector<tvapi::WString>&> {
     using C = StringVector_t*;
     std::vector<tvapi::WString>& host;
     StringVector_t* vector;
     tvWChar** block = nullptr;
-    std::vector<tvWChar*> texts;  // the texts the vector was made with
 
     explicit CallbackArg(std::vector<tvapi::WString>& h) : host(h), vector(new StringVector_t{0, nullptr}) {
-        // An empty list gets no block at all, so that a clear has nothing to free twice.
+        // An empty list gets no block at all, so a clear leaves nothing in doubt.
         if (!host.empty()) containers::Fill(vector, host);
         block = vector->data;
-        texts.assign(vector->data, vector->data + vector->size);
     }
     ~CallbackArg() {
-        bool cleared = vector->size == 0 && vector->data == block && !texts.empty();
-        if (!cleared) {
-            if (vector->data == block) FreeReplacedTexts();
-            containers::Clear(vector);
+        bool emptied_in_place = vector->size == 0 && vector->data == block;
+        if (!emptied_in_place) {
+            // The same text stored twice is freed once.
+            std::unordered_set<tvWChar*> held(vector->data, vector->data + vector->size);
+            for (tvWChar* text : held) heap::Free(text);
+            heap::Free(vector->data);
         }
         delete vector;
     }
@@ -173,14 +187,6 @@ struct CallbackArg<std::vector<tvapi::WString>&> {
 
     C c() const { return vector; }
     void finish() { host = containers::ToHost<tvapi::WString>(vector); }
-
-private:
-    void FreeReplacedTexts() {
-        std::unordered_set<tvWChar*> kept(vector->data, vector->data + vector->size);
-        for (tvWChar* text : texts) {
-            if (!kept.count(text)) std::free(text);
-        }
-    }
 };
 
 }  // namespace tvapic::events

@@ -1,5 +1,7 @@
 #include "frame/text.h"
 
+#include "frame/heap.h"
+
 namespace tvapic::frame {
 
 std::size_t TextLength(const tvWChar* s) {
@@ -15,7 +17,7 @@ tvapi::WString ToHostText(const tvWChar* s) {
 
 // The allocation is not tested: an exhausted heap is not handled here.
 tvWChar* CopyText(const tvapi::WChar* s, std::size_t units, std::size_t bytes_per_unit) {
-    auto* out = static_cast<tvWChar*>(std::malloc((units + 1) * bytes_per_unit));
+    auto* out = static_cast<tvWChar*>(heap::Allocate((units + 1) * bytes_per_unit));
     std::memcpy(out, s, units * sizeof(tvWChar));
     out[units] = 0;
     return out;

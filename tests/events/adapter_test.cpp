@@ -3,11 +3,13 @@
 // the host gets back.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "common/c_heap.h"
 #include "events/adapter.h"
 #include "events/test_text.h"
 #include "probe/probe.h"
@@ -82,44 +84,84 @@ TEST(Results, EnumerationsAndPointersComeBackUnchanged) {
     EXPECT_EQ(control(window), window + 1);
 }
 
-// A host list of texts and the C string vector the callback edits.
+// A host list of texts and the C string vector the callback edits, raised
+// several times over: what one raise leaves is the next one's list, and the
+// heap hands freed blocks out again between them.
 struct ListCase {
     static inline void (*edit)(StringVector_t*) = nullptr;
     static int Callback(StringVector_t* files, int) {
         edit(files);
         return 1;
     }
-    static std::vector<WString> Run(std::vector<WString> host, void (*how)(StringVector_t*)) {
+    static std::vector<WString> Run(std::vector<WString> host, void (*how)(StringVector_t*), int raises = 1) {
         edit = how;
         auto handler = MakeHandler<std::function<bool(std::vector<WString>&, bool)>>(&Callback);
-        handler(host, true);
+        for (int i = 0; i < raises; ++i) handler(host, true);
         return host;
     }
 };
 
-TEST(WritableTextList, EmptiedByItsClearEmptiesTheHostList) {
-    auto host = ListCase::Run({WString(TVAPIC_TEXT("a.dwg")), WString(TVAPIC_TEXT("b.dwg"))}, [](StringVector_t* v) { StringVector_Clear(v); });
-    EXPECT_TRUE(host.empty());
+// A text in a block of the shared heap, as a callback allocates one.
+tvWChar* NewText(const WString& text) {
+    auto* block = static_cast<tvWChar*>(c_heap::Allocate((text.size() + 1) * sizeof(tvWChar)));
+    std::copy(text.begin(), text.end(), block);
+    block[text.size()] = 0;
+    return block;
 }
 
-TEST(WritableTextList, AnElementReplacedReplacesTheHostOne) {
-    auto host = ListCase::Run({WString(TVAPIC_TEXT("a")), WString(TVAPIC_TEXT("b")), WString(TVAPIC_TEXT("c"))}, [](StringVector_t* v) {
-        EXPECT_EQ(Text(v->data[1]), TVAPIC_TEXT("b"));
+std::vector<WString> Texts(std::initializer_list<const tvWChar*> texts) { return {texts.begin(), texts.end()}; }
+
+TEST(WritableTextList, ClearedAndGivenANewBlockOfAnotherLength) {
+    // The new texts are longer than the old, so the heap does not hand the
+    // old texts' blocks out again for them; the new block is much the size
+    // of the old, so it may well be the same address.
+    auto three = Texts({TVAPIC_TEXT("first drawing.dwg"), TVAPIC_TEXT("second drawing.dwg"), TVAPIC_TEXT("third drawing.dwg")});
+    auto host = ListCase::Run(Texts({TVAPIC_TEXT("a.dwg"), TVAPIC_TEXT("b.dwg")}), [](StringVector_t* v) {
+        StringVector_Clear(v);
+        v->data = static_cast<tvWChar**>(c_heap::Allocate(3 * sizeof(tvWChar*)));
+        v->size = 3;
+        v->data[0] = NewText(TVAPIC_TEXT("first drawing.dwg"));
+        v->data[1] = NewText(TVAPIC_TEXT("second drawing.dwg"));
+        v->data[2] = NewText(TVAPIC_TEXT("third drawing.dwg"));
+    }, 8);
+    EXPECT_EQ(host, three);
+}
+
+TEST(WritableTextList, AnElementFreedThenSetReplacesTheHostOne) {
+    auto host = ListCase::Run(Texts({TVAPIC_TEXT("a"), TVAPIC_TEXT("b"), TVAPIC_TEXT("c")}), [](StringVector_t* v) {
+        c_heap::Free(v->data[1]);
         StringVector_Set(v, 1, TVAPIC_TEXT("renamed"));
-    });
-    EXPECT_EQ(host, (std::vector<WString>{WString(TVAPIC_TEXT("a")), WString(TVAPIC_TEXT("renamed")), WString(TVAPIC_TEXT("c"))}));
+    }, 8);
+    EXPECT_EQ(host, Texts({TVAPIC_TEXT("a"), TVAPIC_TEXT("renamed"), TVAPIC_TEXT("c")}));
 }
 
-TEST(WritableTextList, LeftAloneComesBackAsItWas) {
-    std::vector<WString> two{WString(TVAPIC_TEXT("a")), WString()};
-    EXPECT_EQ(ListCase::Run(two, [](StringVector_t*) {}), two);
-    EXPECT_TRUE(ListCase::Run({}, [](StringVector_t* v) { EXPECT_EQ(v->size, 0u); }).empty());
+TEST(WritableTextList, ABlockOfTheCallbacksOwnReplacesTheVectorsContent) {
+    auto host = ListCase::Run(Texts({TVAPIC_TEXT("a"), TVAPIC_TEXT("b")}), [](StringVector_t* v) {
+        for (std::uint64_t i = 0; i < v->size; ++i) c_heap::Free(v->data[i]);
+        c_heap::Free(v->data);
+        v->data = static_cast<tvWChar**>(c_heap::Allocate(sizeof(tvWChar*)));
+        v->data[0] = NewText(TVAPIC_TEXT("only"));
+        v->size = 1;
+    }, 8);
+    EXPECT_EQ(host, Texts({TVAPIC_TEXT("only")}));
+}
+
+TEST(WritableTextList, EmptiedByItsClearEmptiesTheHostList) {
+    EXPECT_TRUE(ListCase::Run(Texts({TVAPIC_TEXT("a.dwg"), TVAPIC_TEXT("b.dwg")}), [](StringVector_t* v) {
+        StringVector_Clear(v);
+    }).empty());
     EXPECT_TRUE(ListCase::Run({}, [](StringVector_t* v) { StringVector_Clear(v); }).empty());
 }
 
-TEST(WritableTextList, ShortenedKeepsItsHead) {
-    auto host = ListCase::Run({WString(TVAPIC_TEXT("a")), WString(TVAPIC_TEXT("b"))}, [](StringVector_t* v) { v->size = 1; });
-    EXPECT_EQ(host, std::vector<WString>{WString(TVAPIC_TEXT("a"))});
+TEST(WritableTextList, LeftAloneOrShortenedComesBackAsLeft) {
+    auto two = Texts({TVAPIC_TEXT("a"), TVAPIC_TEXT("")});
+    EXPECT_EQ(ListCase::Run(two, [](StringVector_t*) {}, 4), two);
+    EXPECT_TRUE(ListCase::Run({}, [](StringVector_t* v) { EXPECT_EQ(v->size, 0u); }).empty());
+    auto head = ListCase::Run(Texts({TVAPIC_TEXT("a"), TVAPIC_TEXT("b")}), [](StringVector_t* v) {
+        c_heap::Free(v->data[1]);
+        v->size = 1;
+    });
+    EXPECT_EQ(head, Texts({TVAPIC_TEXT("a")}));
 }
 
 // Objects and lists of objects.

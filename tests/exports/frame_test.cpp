@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "common/c_heap.h"
 #include "probe/probe.h"
 #include "tvAPIC.h"
 #include "sweep/sweep.h"
@@ -110,7 +111,7 @@ TEST(Text, NullArgumentIsTheEmptyTextAndEmptyResultIsAFreshBlock) {
     tvWChar* author = ITavraDocument_GetAuthor(document.handle());
     ASSERT_NE(author, nullptr);
     EXPECT_EQ(author[0], 0);
-    std::free(author);
+    c_heap::Free(author);
     EXPECT_EQ(ITavraDocument_GetAuthor(nullptr), nullptr);
 }
 
@@ -119,9 +120,9 @@ TEST(Text, EveryCallReturnsItsOwnBlock) {
     tvWChar* first = ITavraDocument_GetName(document.handle());
     tvWChar* second = ITavraDocument_GetName(document.handle());
     ASSERT_NE(first, second);
-    std::free(first);
+    c_heap::Free(first);
     EXPECT_EQ(Text(second), TVAPIC_TEXT("answer"));
-    std::free(second);
+    c_heap::Free(second);
 }
 
 TEST(Text, AZeroInsideTheHostStringIsCopiedWhole) {
@@ -132,7 +133,7 @@ TEST(Text, AZeroInsideTheHostStringIsCopiedWhole) {
     EXPECT_EQ(name[3], TVAPIC_TEXT('c'));
     EXPECT_EQ(name[4], TVAPIC_TEXT('d'));
     EXPECT_EQ(name[5], 0);
-    std::free(name);
+    c_heap::Free(name);
 }
 
 TEST(Text, ArgumentsAreCopiedForTheHost) {

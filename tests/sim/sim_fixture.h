@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/c_heap.h"
 #include "sim/sim.h"
 #include "tvAPIC.h"
 
@@ -26,7 +27,7 @@ using Text = std::basic_string<tvWChar>;
 inline Text Take(tvWChar* text) {
     if (!text) return TVAPIC_TEXT("(null)");
     Text s(text);
-    std::free(text);
+    c_heap::Free(text);
     return s;
 }
 

@@ -1,5 +1,7 @@
 #include "sweep/sweep.h"
 
+#include "common/c_heap.h"
+
 
 namespace sweep {
 namespace {
@@ -105,7 +107,7 @@ void Pass::CheckResult(tvWChar* r) {
         return;
     }
     Expect(r != nullptr && Text(r) == answers().text, "text result");
-    std::free(r);
+    c_heap::Free(r);
 }
 
 void Pass::CheckResult(void* r) {

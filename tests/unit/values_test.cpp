@@ -13,6 +13,7 @@
 #include <malloc.h>
 #endif
 
+#include "common/c_heap.h"
 #include "containers/value_handles.h"
 #include "tvAPIC.h"
 #include "tvapi/values.h"
@@ -27,7 +28,7 @@ WString Take(tvWChar* s) {
     EXPECT_NE(s, nullptr);
     if (!s) return {};
     WString out(s);
-    std::free(s);
+    c_heap::Free(s);
     return out;
 }
 
@@ -111,7 +112,7 @@ TEST_F(PropertyValueHandleTest, HostTextWithAZeroInsideIsCopiedWhole) {
     EXPECT_EQ(copy[1], 0);
     EXPECT_EQ(copy[2], TVAPIC_TEXT('b'));
     EXPECT_EQ(copy[3], 0);
-    std::free(copy);
+    c_heap::Free(copy);
 }
 
 TEST_F(PropertyValueHandleTest, TextIsConvertedAsADecimalNumber) {

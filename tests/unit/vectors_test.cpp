@@ -11,6 +11,7 @@
 #include <malloc.h>
 #endif
 
+#include "common/c_heap.h"
 #include "tvAPIC.h"
 #include "tvapi/core.h"
 
@@ -171,7 +172,7 @@ TEST(StringVectorTest, SettingASlotAgainDoesNotFreeTheEarlierCopy) {
     StringVector_Set(v, 0, TVAPIC_TEXT("new"));
     EXPECT_NE(StringVector_Get(v, 0), old);
     EXPECT_EQ(Text(old), TVAPIC_TEXT("old"));  // still readable: nobody freed it
-    std::free(old);
+    c_heap::Free(old);
     StringVector_Delete(v);
 }
 
