@@ -1,4 +1,4 @@
-// The name dispatcher: FindHandler over every name of the API, in a shuffled
+// The name table: FindName over every name of the API, in a shuffled
 // order, beside a linear scan of the same table.
 #include <benchmark/benchmark.h>
 
@@ -9,13 +9,13 @@
 #include <string>
 #include <vector>
 
-#include "bridge/handler_support.h"
+#include "bridge/name_table.h"
 
 namespace {
 
-using tvapic::bridge::FindHandler;
-using tvapic::bridge::Handler;
+using tvapic::bridge::FindName;
 using tvapic::bridge::kNameTable;
+using tvapic::bridge::NameEntry;
 using tvapic::bridge::kNameTableSize;
 
 // The names as the server holds them after reading a request.
@@ -29,23 +29,23 @@ const std::vector<std::string>& Names() {
     return names;
 }
 
-Handler LinearScan(const std::string& name) {
+const NameEntry* LinearScan(const std::string& name) {
     for (std::size_t i = 0; i < kNameTableSize; ++i) {
-        if (std::strcmp(kNameTable[i].name, name.c_str()) == 0) return kNameTable[i].handler;
+        if (std::strcmp(kNameTable[i].name, name.c_str()) == 0) return &kNameTable[i];
     }
     return nullptr;
 }
 
-// Both lookups find every name, and find the same handler.
+// Both lookups find every name, and find the same entry.
 bool Agree() {
     for (std::size_t i = 0; i < Names().size(); i += 97) {
-        Handler h = FindHandler(Names()[i]);
-        if (!h || h != LinearScan(Names()[i])) return false;
+        const NameEntry* e = FindName(Names()[i]);
+        if (!e || e != LinearScan(Names()[i])) return false;
     }
-    return FindHandler("IDrawingObject_GetLayerNumber ") == nullptr;
+    return FindName("IDrawingObject_GetLayerNumber ") == nullptr;
 }
 
-template <Handler (*Lookup)(const std::string&)>
+template <const NameEntry* (*Lookup)(const std::string&)>
 void EveryName(benchmark::State& state) {
     if (!Agree()) return state.SkipWithError("the lookups disagree");
     const std::vector<std::string>& names = Names();
@@ -57,7 +57,7 @@ void EveryName(benchmark::State& state) {
     state.counters["names"] = static_cast<double>(names.size());
 }
 
-Handler FindByHash(const std::string& name) { return FindHandler(name); }
+const NameEntry* FindByHash(const std::string& name) { return FindName(name); }
 
 // One figure per name (a batch of lookups of it, timed together), then the
 // median and 99th percentile over all names.
@@ -65,12 +65,12 @@ void PerName(benchmark::State& state) {
     constexpr int kBatch = 32;
     using Clock = std::chrono::steady_clock;
     const std::vector<std::string>& names = Names();
-    FindHandler(names[0]);  // the table is built on first use
+    FindName(names[0]);  // the table is built on first use
     std::vector<double> ns(names.size());
     for (auto _ : state) {
         for (std::size_t i = 0; i < names.size(); ++i) {
             auto start = Clock::now();
-            for (int k = 0; k < kBatch; ++k) benchmark::DoNotOptimize(FindHandler(names[i]));
+            for (int k = 0; k < kBatch; ++k) benchmark::DoNotOptimize(FindName(names[i]));
             ns[i] = std::chrono::duration<double, std::nano>(Clock::now() - start).count() / kBatch;
         }
     }

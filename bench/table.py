@@ -110,7 +110,7 @@ def main():
         lib, bare = f.get(b, f"library_{p}_us"), f.get(b, f"bare_{p}_us")
         rows.append((f"latency {p}", duration(lib and lib * 1e3), duration(bare and bare * 1e3), "", "", ""))
 
-    section("4. Dispatcher: FindHandler over every name / linear scan of the same table")
+    section("4. Name table: FindName over every name / linear scan of the same table")
     sweep, scan = f.get("dispatch/find_handler", "cpu_time"), f.get("dispatch/linear_scan", "cpu_time")
     names = f.get("dispatch/find_handler", "names")
     rows.append((f"lookup, shuffled sweep of {names:,.0f} names" if names else "lookup, shuffled sweep",

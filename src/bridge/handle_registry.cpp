@@ -2,9 +2,12 @@
 
 namespace tvapic::bridge {
 
+// Never destroyed: the handles it lists carry references that clients hold
+// for as long as the process runs (there is no remote release), and so the
+// objects stay reachable from here to the end, for leak checkers too.
 HandleRegistry& HandleRegistry::Instance() {
-    static HandleRegistry registry;
-    return registry;
+    static auto* registry = new HandleRegistry;
+    return *registry;
 }
 
 }  // namespace tvapic::bridge

@@ -1,17 +1,16 @@
-#include <string>
-#include <unordered_map>
+#include "bridge/name_table.h"
 
-#include "bridge/handler_support.h"
+#include <unordered_map>
 
 namespace tvapic::bridge {
 namespace {
 
-// Built once from the generated table; a name maps to its handler.
-const std::unordered_map<std::string_view, Handler>& Names() {
-    static const std::unordered_map<std::string_view, Handler> names = [] {
-        std::unordered_map<std::string_view, Handler> map;
+// Built once from the generated table.
+const std::unordered_map<std::string_view, const NameEntry*>& Names() {
+    static const std::unordered_map<std::string_view, const NameEntry*> names = [] {
+        std::unordered_map<std::string_view, const NameEntry*> map;
         map.reserve(kNameTableSize);
-        for (std::size_t i = 0; i < kNameTableSize; ++i) map.emplace(kNameTable[i].name, kNameTable[i].handler);
+        for (std::size_t i = 0; i < kNameTableSize; ++i) map.emplace(kNameTable[i].name, &kNameTable[i]);
         return map;
     }();
     return names;
@@ -19,7 +18,7 @@ const std::unordered_map<std::string_view, Handler>& Names() {
 
 }  // namespace
 
-Handler FindHandler(std::string_view name) {
+const NameEntry* FindName(std::string_view name) {
     auto it = Names().find(name);
     return it == Names().end() ? nullptr : it->second;
 }

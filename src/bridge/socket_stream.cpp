@@ -4,10 +4,10 @@ namespace tvapic::bridge {
 
 namespace asio = boost::asio;
 
-// The I/O context is the server's; while a call runs on the main thread the
-// server thread only waits for it, so the context is this thread's to run.
+// The I/O context is the server's, run only by the server thread. A stop
+// cancels the transfer under way by posting to it (see Server::Stop).
 template <class Start>
-std::size_t SocketStream::Await(Start start, const char* what) {
+std::size_t SocketStream::Await(Start start, Clock::time_point deadline, const char* what) {
     boost::system::error_code result = asio::error::would_block;
     std::size_t transferred = 0;
     start([&](const boost::system::error_code& error, std::size_t n) {
@@ -15,7 +15,7 @@ std::size_t SocketStream::Await(Start start, const char* what) {
         transferred = n;
     });
     io_.restart();
-    io_.run_for(kSilenceLimit);
+    io_.run_until(deadline);
     if (result == asio::error::would_block) {
         boost::system::error_code ignored;
         socket_.cancel(ignored);
@@ -30,16 +30,19 @@ std::size_t SocketStream::Await(Start start, const char* what) {
 void SocketStream::ReadExact(void* buffer, std::size_t n) {
     auto* at = static_cast<char*>(buffer);
     while (n > 0) {
-        std::size_t got = Await([&](auto done) { socket_.async_read_some(asio::buffer(at, n), done); }, "read");
+        std::size_t got =
+            Await([&](auto done) { socket_.async_read_some(asio::buffer(at, n), done); }, read_deadline_, "read");
         at += got;
         n -= got;
     }
 }
 
 void SocketStream::WriteExact(const void* data, std::size_t n) {
+    if (!write_deadline_) write_deadline_ = Clock::now() + kTimeLimit;
     auto* at = static_cast<const char*>(data);
     while (n > 0) {
-        std::size_t sent = Await([&](auto done) { socket_.async_write_some(asio::buffer(at, n), done); }, "write");
+        std::size_t sent =
+            Await([&](auto done) { socket_.async_write_some(asio::buffer(at, n), done); }, *write_deadline_, "write");
         at += sent;
         n -= sent;
     }

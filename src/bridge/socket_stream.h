@@ -1,9 +1,11 @@
-// A ByteStream over a connected Boost.Asio TCP socket. Every read and write
-// must make progress within the silence limit: a client that stops sending
-// (or receiving) mid-call is dropped rather than holding the main thread.
+// A ByteStream over a connected Boost.Asio TCP socket, with one deadline for
+// the whole request and one for the whole response: a client that sends or
+// reads slowly, or stops, is dropped at the deadline rather than holding the
+// server and every client behind it.
 #pragma once
 
 #include <chrono>
+#include <optional>
 
 #include "bridge/asio.h"
 #include "bridge/stream.h"
@@ -12,21 +14,27 @@ namespace tvapic::bridge {
 
 class SocketStream final : public ByteStream {
 public:
-    static constexpr std::chrono::seconds kSilenceLimit{10};
+    using Clock = std::chrono::steady_clock;
+    static constexpr std::chrono::seconds kTimeLimit{10};
 
-    SocketStream(boost::asio::io_context& io, boost::asio::ip::tcp::socket& socket) : io_(io), socket_(socket) {}
+    // The request's deadline runs from now (the accept); the response's from
+    // its first write.
+    SocketStream(boost::asio::io_context& io, boost::asio::ip::tcp::socket& socket)
+        : io_(io), socket_(socket), read_deadline_(Clock::now() + kTimeLimit) {}
 
     void ReadExact(void* buffer, std::size_t n) override;
     void WriteExact(const void* data, std::size_t n) override;
     void Close() override;
 
 private:
-    // Runs one asynchronous transfer to its end or to the silence limit.
+    // Runs one asynchronous transfer to its end or to the deadline.
     template <class Start>
-    std::size_t Await(Start start, const char* what);
+    std::size_t Await(Start start, Clock::time_point deadline, const char* what);
 
     boost::asio::io_context& io_;
     boost::asio::ip::tcp::socket& socket_;
+    Clock::time_point read_deadline_;
+    std::optional<Clock::time_point> write_deadline_;
 };
 
 }  // namespace tvapic::bridge

@@ -3,9 +3,9 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <string>
 
-#include "bridge/stream.h"
 #include "tvAPIC.h"
 
 namespace tvapic::bridge {
@@ -17,6 +17,9 @@ using WireText = std::basic_string<tvWChar>;
 constexpr std::uint64_t kMaxNameBytes = 4096;
 constexpr std::uint64_t kMaxTextBytes = 64ull << 20;
 
+// What one argument of a request is on the wire.
+enum class WireKind : std::uint8_t { U64, I32, F64, Text, SlotI32, SlotF64 };
+
 // A pointer parameter through which a function returns a value. The flag
 // byte is kept for the response: 0 means a value travels with it.
 template <class T>
@@ -25,26 +28,23 @@ struct Slot {
     T value{};
 };
 
-std::uint64_t ReadU64(ByteStream& s);
-std::int32_t ReadI32(ByteStream& s);
-double ReadF64(ByteStream& s);
-Slot<std::int32_t> ReadSlotI32(ByteStream& s);
-Slot<double> ReadSlotF64(ByteStream& s);
-// A string argument as zero-terminated wide text; invalid UTF-8 raises.
-WireText ReadText(ByteStream& s);
-// The function name: its bytes as they came, without conversion.
-std::string ReadName(ByteStream& s);
-
-void WriteU64(ByteStream& s, std::uint64_t value);
-void WriteI32(ByteStream& s, std::int32_t value);
 template <class T>
-void WriteSlot(ByteStream& s, const Slot<T>& slot) {
-    s.WriteExact(&slot.flag, 1);
-    if (slot.flag == 0) s.WriteExact(&slot.value, sizeof slot.value);
+void AppendFixed(std::string& out, T value) {
+    out.append(reinterpret_cast<const char*>(&value), sizeof value);
 }
+
+template <class T>
+void AppendSlot(std::string& out, const Slot<T>& slot) {
+    AppendFixed(out, slot.flag);
+    if (slot.flag == 0) AppendFixed(out, slot.value);
+}
+
 // A null text goes out as the empty string.
-void WriteText(ByteStream& s, const tvWChar* text);
+void AppendText(std::string& out, const tvWChar* text);
 // A null vector writes nothing at all, not even a count.
-void WriteTextVector(ByteStream& s, const StringVector_t* texts);
+void AppendTextVector(std::string& out, const StringVector_t* texts);
+
+// UTF-8 from the wire as wide text; invalid UTF-8 raises.
+WireText FromUtf8(const char* bytes, std::size_t n);
 
 }  // namespace tvapic::bridge

@@ -7,7 +7,12 @@
 
 namespace tvapic {
 
-void TvAPICEntry::Start(std::uint16_t port) { bridge::Server::Instance().Start(port); }
+// A running server thread executes this library's code: from its start on,
+// the library stays loaded, so that an unload cannot pull the code from
+// under the thread.
+void TvAPICEntry::Start(std::uint16_t port) {
+    if (bridge::Server::Instance().Start(port)) KeepLibraryLoaded();
+}
 void TvAPICEntry::Stop() { bridge::Server::Instance().Stop(); }
 void TvAPICEntry::Run(std::int64_t posted) { bridge::RunPostedCall(posted); }
 

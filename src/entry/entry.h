@@ -18,4 +18,7 @@ public:
 void OnProcessAttach();
 void OnProcessDetach();
 
+// Keeps the library loaded until the process ends, whatever the host unloads.
+void KeepLibraryLoaded();
+
 }  // namespace tvapic

@@ -49,66 +49,72 @@ def remotable(cat):
     return [op for op in cat.ops() if op.interface.remote]
 
 
-_READ = {"i32": "ReadI32(s)", "u64": "ReadU64(s)", "f64": "ReadF64(s)", "string": "ReadText(s)",
-         "i32 slot": "ReadSlotI32(s)", "f64 slot": "ReadSlotF64(s)"}
+_KIND = {"u64": "U64", "i32": "I32", "f64": "F64", "string": "Text", "i32 slot": "SlotI32", "f64 slot": "SlotF64"}
+_ARG = {"u64": "c.U64({n})", "i32": "c.I32({n})", "f64": "c.F64({n})", "string": "c.Text({n})",
+        "i32 slot": "c.SlotI32({n})", "f64 slot": "c.SlotF64({n})"}
 
 
 def handler(op):
+    """The main thread's part of a remote call: the export called with the
+    decoded arguments, its result kept for the response or given back."""
     lines = []
     args = []
-    own_vectors = []
+    position = 0
     if not op.interface.root:
-        lines.append("void* self = AsHandle(Admit(ReadU64(s)));")
-        args.append("self")
+        args.append("c.Object(0)")
+        position = 1
     for n, p in enumerate(op.params):
         kind = param_wire(op, p)
         if kind is None:
-            lines.append(f"{p.type.name}_t a{n}{{}};")
-            args.append(f"&a{n}")
-            own_vectors.append(f"a{n}")
+            lines.append(f"OwnVector<{p.type.name}_t> a{n};")
+            args.append(f"a{n}.get()")
             continue
-        lines.append(f"auto a{n} = {_READ[kind]};")
-        if kind == "string":
-            args.append(f"a{n}.c_str()")
-        elif kind.endswith("slot"):
-            args.append(f"&a{n}.value")
-        elif p.type.kind == "object":
-            args.append(f"AsHandle(Admit(a{n}))")
-        else:
-            args.append(f"a{n}")
+        args.append("c.Object({n})".format(n=position) if p.type.kind == "object" else _ARG[kind].format(n=position))
+        position += 1
     call = f"{op.export}({', '.join(args)})"
     result = result_wire(op)
-    if op.result.kind == "void":
-        lines.append(f"{call};")
-    else:
-        lines.append(f"[[maybe_unused]] auto r = {call};")
-    lines.extend(f"WriteSlot(s, a{n});" for n, p in enumerate(op.params) if p.mode == "out")
     if result == "u64":
-        lines.append("WriteU64(s, Remember(AsWire(r)));" if op.result.kind == "object" else "WriteU64(s, r);")
+        call = f"c.ReturnObject({call})" if op.result.kind == "object" else f"c.ReturnU64({call})"
     elif result == "i32":
-        lines.append("WriteI32(s, static_cast<std::int32_t>(r));")
+        call = f"c.ReturnI32({call})"
     elif result == "string":
-        lines.append("WriteText(s, r);")
+        call = f"c.ReturnText({call})"
     elif result == "string vector":
-        lines.append("WriteTextVector(s, r);")
-    lines.extend(f"ReleaseOwn(&{v});" for v in own_vectors)
+        call = f"c.ReturnTexts({call})"
+    elif op.result.kind == "vector":
+        call = f"Call::Discard({call})"
+    elif op.result.kind not in ("void", "double"):
+        raise CatalogueError(f"{op.where}: {op.export}: a {op.result} result has no way back from a remote call")
+    lines.append(f"{call};")
     body = "".join(f"    {line}\n" for line in lines)
-    return f"void {op.export}_Remote([[maybe_unused]] ByteStream& s) {{\n{body}}}\n"
+    return f"void {op.export}_Remote([[maybe_unused]] Call& c) {{\n{body}}}\n"
+
+
+def function_entry(op):
+    """The decoder's description of a remotable function."""
+    kinds = wire_signature(op)[0]
+    if not kinds:
+        return f"constexpr RemoteFunction k{op.export}{{nullptr, 0, &{op.export}_Remote}};\n"
+    listed = ", ".join(f"WireKind::{_KIND[k]}" for k in kinds)
+    return (f"constexpr WireKind k{op.export}Kinds[] = {{{listed}}};\n"
+            f"constexpr RemoteFunction k{op.export}{{k{op.export}Kinds, {len(kinds)}, &{op.export}_Remote}};\n")
 
 
 def emit_handlers(cat):
     names = [op for op in cat.ops() if op.interface.root != "service"]
     remote = remotable(cat)
     out = ["// Generated from the catalogue; do not edit.\n",
-           '#include "bridge/handler_support.h"\n\nnamespace tvapic::bridge::generated {\n\n']
-    out.extend(handler(op) + "\n" for op in remote)
+           '#include "bridge/call.h"\n#include "bridge/name_table.h"\n#include "tvAPIC.h"\n\n'
+           "namespace tvapic::bridge::generated {\n\n"]
+    for op in remote:
+        out.append(handler(op) + function_entry(op) + "\n")
     out.append("}  // namespace tvapic::bridge::generated\n\nnamespace tvapic::bridge {\n\n"
-               "// Every function of the API, remotable or not; the others share the empty handler.\n"
+               "// Every function of the API, remotable or not; the others have no remote function.\n"
                "const NameEntry kNameTable[] = {\n")
     remote_set = {op.export for op in remote}
     for op in names:
-        h = f"generated::{op.export}_Remote" if op.export in remote_set else "EmptyHandler"
-        out.append(f'    {{"{op.export}", {h}}},\n')
+        f = f"&generated::k{op.export}" if op.export in remote_set else "nullptr"
+        out.append(f'    {{"{op.export}", {f}}},\n')
     out.append(f"}};\nconst std::size_t kNameTableSize = {len(names)};\n"
                f"std::size_t RemotableCount() {{ return {len(remote)}; }}\n\n}}  // namespace tvapic::bridge\n")
     return "".join(out)
