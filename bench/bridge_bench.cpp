@@ -9,9 +9,12 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
+#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
@@ -19,9 +22,12 @@
 
 #include "UI_App/GuiApp.h"
 #include "fast_host.h"
+#include "bridge/connection.h"
+#include "bridge/handle_registry.h"
+#include "bridge/socket_stream.h"
 #include "loopback.h"
 #include "sim/library_loader.h"
-#include "sim/main_loop.h"
+#include "tvEventsBus/EventsBus.h"
 #include "tvSys2/entry_points.h"
 #include "tvapi/standin.h"
 
@@ -36,7 +42,8 @@ class RunningBridge {
 public:
     RunningBridge() : document_(bench::NewFastObject()), application_(bench::NewFastApplication(document_)) {
         std::string error;
-        if (!LoadLibraryAt(TVAPIC_LIBRARY_PATH, error)) {
+        library_ = LoadLibraryAt(TVAPIC_LIBRARY_PATH, error);
+        if (!library_) {
             std::fprintf(stderr, "cannot load %s: %s\n", TVAPIC_LIBRARY_PATH, error.c_str());
             return;
         }
@@ -44,14 +51,14 @@ public:
         ui_app_standin::SetUseStartPort(false);  // "no": the given port is used
         port_ = bench::FreePort();
         entry()->Start(port_);
-        main_thread_ = std::thread([this] { loop_.Run(); });
+        main_thread_ = std::thread([this] { MainLoop(); });
         serving_ = WaitUntilServing();
         request_ = Name("IDrawingObject_GetLayerNumber") + (serving_ ? GivenDocument() : U64(0));
     }
     ~RunningBridge() {
         if (main_thread_.joinable()) {
             entry()->Stop();
-            loop_.Quit();
+            quit_ = true;
             main_thread_.join();
         }
         tvapi_standin::SetApplication(nullptr);
@@ -64,6 +71,21 @@ public:
     }
 
     bool serving() const { return serving_; }
+    LoadedLibrary library() const { return library_; }
+    // The handle the measured request names.
+    void* document() const {
+        std::uint64_t handle = 0;
+        std::memcpy(&handle, request_.data() + request_.size() - sizeof handle, sizeof handle);
+        return reinterpret_cast<void*>(static_cast<std::uintptr_t>(handle));
+    }
+    // The main thread's time in the calls it ran, and how many, since the last reset.
+    void ResetMainThreadTime() {
+        main_thread_ns_ = 0;
+        main_thread_calls_ = 0;
+    }
+    double MainThreadMicrosPerCall() const {
+        return main_thread_calls_ ? main_thread_ns_ / 1e3 / main_thread_calls_ : 0;
+    }
     std::uint16_t port() const { return port_; }
     // The measured request: the name and a handle the bridge handed out.
     const std::string& request() const { return request_; }
@@ -92,8 +114,24 @@ private:
     std::uint16_t port_ = 0;
     bool serving_ = false;
     std::string request_;
-    tvsim::MainLoop loop_;
+    LoadedLibrary library_ = nullptr;
     std::thread main_thread_;
+    std::atomic<bool> quit_{false};
+    std::atomic<std::int64_t> main_thread_ns_{0};
+    std::atomic<std::int64_t> main_thread_calls_{0};
+
+    // The host's main thread: runs each posted call and times it.
+    void MainLoop() {
+        using Clock = std::chrono::steady_clock;
+        while (!quit_) {
+            tveventsbus_standin::Message m;
+            if (!tveventsbus_standin::WaitMessage(m, std::chrono::milliseconds(50)) || m.message != 1627) continue;
+            auto start = Clock::now();
+            entry()->Run(m.value);
+            main_thread_ns_ += std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now() - start).count();
+            ++main_thread_calls_;
+        }
+    }
 };
 
 RunningBridge* bridge = nullptr;
@@ -156,6 +194,69 @@ void Bridge(benchmark::State& state) {
     state.counters["ratio"] = Percentile(ratios, 50);
 }
 
+
+// The main thread's share of one remote call, in microseconds: the time it
+// spends in the posted call (the export and the handling of its result),
+// beside the export's own time called directly, and beside the whole service
+// of the connection (read, decode, call, encode, write, close over loopback),
+// which is what the main thread did when it served connections itself.
+struct MainThreadCase {
+    std::string request;
+    std::function<void()> export_alone;
+};
+
+double MicrosPerCall(int calls, const std::function<void()>& call) {
+    auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < calls; ++i) call();
+    return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count() / calls;
+}
+
+// The whole connection served on the measuring thread, as the main thread
+// once served it: the library's own reading, decoding and writing code.
+double WholeConnectionMicros(const std::string& request, int calls) {
+    namespace asio = boost::asio;
+    asio::io_context io;
+    asio::ip::tcp::acceptor acceptor(io, asio::ip::tcp::endpoint(asio::ip::address_v4::loopback(), 0));
+    std::thread client([&] {
+        bench::LoopbackClient c(acceptor.local_endpoint().port());
+        for (int i = 0; i < calls; ++i) c.Call(request);
+    });
+    double total = 0;
+    asio::ip::tcp::socket connection(io);
+    for (int i = 0; i < calls; ++i) {
+        acceptor.accept(connection);
+        auto start = std::chrono::steady_clock::now();
+        tvapic::bridge::SocketStream stream(io, connection);
+        tvapic::bridge::ServeConnection(stream, [](std::function<void()> work) {
+            work();
+            return true;
+        });
+        total += std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count();
+    }
+    client.join();
+    return total / calls;
+}
+
+void MainThread(benchmark::State& state, const MainThreadCase& c) {
+    if (!bridge->serving()) return state.SkipWithError("the API Server did not start");
+    constexpr int kCalls = 200;
+    bench::LoopbackClient client(bridge->port());
+    // The static twin's server code knows the handle as given out, too.
+    tvapic::bridge::HandleRegistry::Instance().Remember(reinterpret_cast<std::uintptr_t>(bridge->document()));
+    std::vector<double> posted, alone, whole;
+    for (auto _ : state) {
+        bridge->ResetMainThreadTime();
+        for (int i = 0; i < kCalls; ++i) client.Call(c.request);
+        posted.push_back(bridge->MainThreadMicrosPerCall());
+        alone.push_back(MicrosPerCall(kCalls, c.export_alone));
+        whole.push_back(WholeConnectionMicros(c.request, kCalls));
+    }
+    state.counters["main_thread_us"] = Percentile(posted, 50);
+    state.counters["export_us"] = Percentile(alone, 50);
+    state.counters["whole_connection_us"] = Percentile(whole, 50);
+    state.counters["overhead_us"] = Percentile(posted, 50) - Percentile(alone, 50);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -164,6 +265,19 @@ int main(int argc, char** argv) {
     benchmark::RegisterBenchmark("bridge/get_layer_number", Bridge)->UseRealTime();
     auto running = std::make_unique<RunningBridge>();
     bridge = running.get();
+
+    // A scalar getter, and a 64 KiB text argument.
+    using GetLayerNumber = int (*)(void*);
+    using SetCurrentDirectory = void (*)(const tvWChar*);
+    static auto get_layer = reinterpret_cast<GetLayerNumber>(LibrarySymbol(bridge->library(), "IDrawingObject_GetLayerNumber"));
+    static auto set_directory =
+        reinterpret_cast<SetCurrentDirectory>(LibrarySymbol(bridge->library(), "IApplication_SetCurrentDirectory"));
+    static const std::basic_string<tvWChar> text(64 * 1024, tvWChar('d'));
+    static const MainThreadCase scalar{bridge->request(), [] { benchmark::DoNotOptimize(get_layer(bridge->document())); }};
+    static const MainThreadCase long_text{Name("IApplication_SetCurrentDirectory") + Name(std::string(64 * 1024, 'd')),
+                                          [] { set_directory(text.c_str()); }};
+    benchmark::RegisterBenchmark("main_thread/scalar_getter", MainThread, scalar)->Iterations(5);
+    benchmark::RegisterBenchmark("main_thread/text_64k", MainThread, long_text)->Iterations(5);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     return 0;

@@ -12,6 +12,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <thread>
 #include <type_traits>
 #include <vector>
 
@@ -27,6 +28,7 @@ struct Call {
     std::string interface;
     std::string operation;
     std::vector<std::string> args;
+    std::thread::id thread = std::this_thread::get_id();  // the thread the host was called on
 };
 
 // What probes answer. Lists have `count` elements made by ElementAnswer.

@@ -91,6 +91,29 @@ TEST(Lifecycle, ARestartAnswersOneConnectionWithNothingAndEnds) {
     }
 }
 
+// A port someone else holds: the server says so and does not run; the
+// application lives on, and the stop leaves the holder alone.
+TEST(Lifecycle, APortAlreadyInUseIsReportedAndTheStopReturns) {
+    tvapic::ITvAPICEntry* entry = LoadedEntry();
+    ASSERT_NE(entry, nullptr);
+    asio::io_context io;
+    asio::ip::tcp::acceptor holder(io, asio::ip::tcp::endpoint(asio::ip::address_v4::any(), 0));
+    std::uint16_t port = holder.local_endpoint().port();
+    StderrCapture errors;
+    ui_app_standin::SetUseStartPort(false);
+    entry->Start(port);
+    std::string expected = "API Server: " +
+                           std::string(boost::system::system_error(asio::error::address_in_use, "bind").what()) + "\n";
+    for (int i = 0; i < 200 && errors.Text().empty(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_EQ(errors.Text(), expected);
+    EXPECT_NO_THROW(entry->Stop());
+    holder.non_blocking(true);
+    asio::ip::tcp::socket nobody(io);
+    boost::system::error_code none;
+    holder.accept(nobody, none);
+    EXPECT_EQ(none, asio::error::would_block) << "the stop connected to the port's holder";
+}
+
 TEST(LifecycleDeathTest, ASecondStartWithoutStopEndsTheProcess) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_DEATH(

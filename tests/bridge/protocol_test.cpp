@@ -120,6 +120,7 @@ TEST_F(Protocol, FunctionsThatReadAndWriteNothing) {
 TEST_F(Protocol, UnknownNamesAndFunctionsThatAreNotRemotableAnswerNothing) {
     Probe document("ITavraDocument");
     std::string args = Document(document) + I32(1);
+    StderrCapture errors;
     EXPECT_EQ(Call(Name("IPart_GetMass") + args), "");
     EXPECT_EQ(Call(Name("IAdditionConvertParameters_GetAngle") + args), "");  // exported, not remotable
     EXPECT_EQ(Call(Name("itavradocument_getname") + args), "");
@@ -127,6 +128,7 @@ TEST_F(Protocol, UnknownNamesAndFunctionsThatAreNotRemotableAnswerNothing) {
     EXPECT_EQ(Call(Name("") + args), "");
     EXPECT_TRUE(document->calls.empty());
     EXPECT_TRUE(app_->calls.empty());
+    EXPECT_EQ(errors.Text(), "");  // not an error: nothing is reported anywhere
 }
 
 TEST_F(Protocol, AClientThatLeavesMidArgumentIsReportedOnceAndTheNextIsServed) {
