@@ -40,6 +40,11 @@ class Refusals(unittest.TestCase):
         self.refused(f"interface IA {IID_A}\n  double GetX()\n  void SetX(int value)\n", "takes int but GetX returns double", 3)
         self.refused(f"interface IA {IID_A}\n  bool IsOn(int i)\n  void SetOn(bool value)\n", "arguments before its value", 3)
 
+    def test_list_getter_without_setter_returning_a_new_list(self):
+        self.refused(f"interface IA {IID_A}\n  DoubleVector GetEdgePoints(int i)\n",
+                     "'bool GetEdgePoints(int i, inout DoubleVector edgePoints)'", 2)
+        self.refused(f"interface IA {IID_A}\n  StringVector GetNames(text filter)\n", "inout StringVector names", 2)
+
     def test_object_type_naming_no_interface(self):
         self.refused(f"interface IA {IID_A}\n  IMissing GetOther()\n", "IMissing is not declared", 2)
 
@@ -53,10 +58,12 @@ class Accepted(unittest.TestCase):
     def test_a_well_formed_catalogue_reads_with_case_kept_and_references_across_groups(self):
         cat = load(f"interface IA {IID_B}\n  IB GetB()\n  void SetB(IB value)\n"
                    "  void SetValues(int row, AttributeValueVector value)  # unlike its getter: by design\n"
-                   "  StringVector GetValues(int row)\n",
+                   "  StringVector GetValues(int row)\n"
+                   "  DoubleVector GetPoints()\n  void SetPoints(DoubleVector value)\n",
                    model=f"interface IB {IID_A}\n")
         self.assertEqual(cat.interfaces["IA"].iid, IID_B)
-        self.assertEqual([op.name for op in cat.interfaces["IA"].ops], ["GetB", "SetB", "SetValues", "GetValues"])
+        self.assertEqual([op.name for op in cat.interfaces["IA"].ops],
+                         ["GetB", "SetB", "SetValues", "GetValues", "GetPoints", "SetPoints"])
         self.assertEqual(cat.interfaces["IB"].group, "model")
 
 
