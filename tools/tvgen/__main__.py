@@ -81,7 +81,8 @@ def main(argv=None):
     parser.add_argument("--list", action="store_true", help="print the output files and exit")
     parser.add_argument("--exports", action="store_true", help="print every export name, one per line, and exit")
     parser.add_argument("--protocol", action="store_true", help="print the remote functions' wire signatures and exit")
-    parser.add_argument("--stats", action="store_true", help="print the shape counts per group as a table and exit")
+    parser.add_argument("--stats", action="store_true",
+                        help="print the shape counts per group and the host's figures beside ours, and exit")
     args = parser.parse_args(argv)
     try:
         cat = cat_mod.load(args.catalogue, GROUPS)
@@ -93,7 +94,7 @@ def main(argv=None):
         print(emit_bridge.protocol_table(cat), end="")
         return 0
     if args.stats:
-        print(stats.table(cat))
+        print(f"{stats.table(cat, events)}\n\n{stats.calibration(cat, events)}")
         return 0
     if args.exports:
         print("\n".join(export_names(cat, events)))
