@@ -15,7 +15,7 @@ from . import catalogue as cat_mod
 from . import events as events_mod
 from . import families, stats
 from . import emit_bridge, emit_events, emit_exports, emit_header, emit_probes, emit_python, emit_sim, emit_sweep, emit_tvapi
-from . import emit_apidoc, emit_pynative, emit_pyobjects, emit_stubs
+from . import emit_apidoc, emit_pynative, emit_pyobjects, emit_stubs, protocol_doc
 
 GROUPS = ["application", "drawing", "model", "reports", "ui"]
 
@@ -80,7 +80,8 @@ def main(argv=None):
     parser.add_argument("--out", type=Path)
     parser.add_argument("--list", action="store_true", help="print the output files and exit")
     parser.add_argument("--exports", action="store_true", help="print every export name, one per line, and exit")
-    parser.add_argument("--protocol", action="store_true", help="print the remote functions' wire signatures and exit")
+    parser.add_argument("--protocol", action="store_true",
+                        help="print the remote functions' wire signatures as docs/protocol.md lists them, and exit")
     parser.add_argument("--stats", action="store_true",
                         help="print the shape counts per group and the host's figures beside ours, and exit")
     args = parser.parse_args(argv)
@@ -91,7 +92,7 @@ def main(argv=None):
         print(f"tvgen: {e}", file=sys.stderr)
         return 1
     if args.protocol:
-        print(emit_bridge.protocol_table(cat), end="")
+        print(protocol_doc.tables(cat), end="")
         return 0
     if args.stats:
         print(f"{stats.table(cat, events)}\n\n{stats.calibration(cat, events)}")
