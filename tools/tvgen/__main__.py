@@ -1,9 +1,12 @@
 """tvgen: turns the catalogue into the library's generated sources.
 
     python3 tools/generate.py --catalogue catalogue --out build/generated [--list]
+    python3 tools/generate.py --catalogue catalogue --reference docs --out build/docs/api [--list]
 
 --list prints the files that would be written (the build system reads it at
-configure time). Files whose content has not changed are left untouched, so
+configure time). --reference writes the API reference instead of the code,
+with the documents of the given folder (the protocol, the simulated host's
+enumeration values). Files whose content has not changed are left untouched, so
 an edit of one group recompiles only what depends on it.
 """
 
@@ -43,8 +46,6 @@ def outputs(cat, events):
     files["python/tvapic/_objects.py"] = lambda: emit_pyobjects.emit(cat, events)
     for rel, make in emit_stubs.outputs(cat, events).items():
         files[f"python/tvapic/{rel}"] = make
-    for rel, make in emit_apidoc.outputs(cat, events).items():
-        files[f"docs/api/{rel}"] = make
     files["exports.map"] = lambda: version_script(cat, events)
     files["sweep/cases.cpp"] = lambda: emit_sweep.emit_index(cat)
     files.update(emit_events.outputs(cat, events))
@@ -79,6 +80,8 @@ def main(argv=None):
     parser.add_argument("--catalogue", required=True, type=Path)
     parser.add_argument("--out", type=Path)
     parser.add_argument("--list", action="store_true", help="print the output files and exit")
+    parser.add_argument("--reference", type=Path, metavar="DOCS",
+                        help="write the API reference, with the documents of the folder DOCS")
     parser.add_argument("--exports", action="store_true", help="print every export name, one per line, and exit")
     parser.add_argument("--protocol", action="store_true",
                         help="print the remote functions' wire signatures as docs/protocol.md lists them, and exit")
@@ -100,7 +103,7 @@ def main(argv=None):
     if args.exports:
         print("\n".join(export_names(cat, events)))
         return 0
-    files = outputs(cat, events)
+    files = emit_apidoc.outputs(cat, events, args.reference) if args.reference else outputs(cat, events)
     if args.list:
         print(";".join(sorted(files)))
         return 0
