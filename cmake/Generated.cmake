@@ -10,17 +10,20 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
 
 set(TVAPIC_GENERATE ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tools/generate.py
     --catalogue ${TVAPIC_CATALOGUE_DIR})
-execute_process(COMMAND ${TVAPIC_GENERATE} --list
-  OUTPUT_VARIABLE _outputs OUTPUT_STRIP_TRAILING_WHITESPACE
-  RESULT_VARIABLE _status ERROR_VARIABLE _error)
-if(NOT _status EQUAL 0)
-  message(FATAL_ERROR "The catalogue does not read:\n${_error}")
-endif()
 
-set(TVAPIC_GENERATED_FILES "")
-foreach(_rel IN LISTS _outputs)
-  list(APPEND TVAPIC_GENERATED_FILES ${TVAPIC_GENERATED_DIR}/${_rel})
-endforeach()
+# The files a generator run writes into `dir`, given that run's options.
+function(tvapic_generator_outputs out dir)
+  execute_process(COMMAND ${TVAPIC_GENERATE} ${ARGN} --list
+    OUTPUT_VARIABLE _outputs OUTPUT_STRIP_TRAILING_WHITESPACE
+    RESULT_VARIABLE _status ERROR_VARIABLE _error)
+  if(NOT _status EQUAL 0)
+    message(FATAL_ERROR "The catalogue does not read:\n${_error}")
+  endif()
+  list(TRANSFORM _outputs PREPEND ${dir}/)
+  set(${out} ${_outputs} PARENT_SCOPE)
+endfunction()
+
+tvapic_generator_outputs(TVAPIC_GENERATED_FILES ${TVAPIC_GENERATED_DIR})
 
 add_custom_command(
   OUTPUT ${TVAPIC_GENERATED_FILES}

@@ -38,13 +38,16 @@ def text(s):
 
 
 def kinds(cell):
+    """The wire kinds of a cell: each value is its kind, then its name and meaning."""
     cell = cell.strip()
     if cell == "nothing":
         return []
-    out = [k.strip() for k in cell.split(",")]
-    for k in out:
-        if k not in KINDS:
-            raise ValueError(f"unknown kind {k!r}")
+    out = []
+    for value in cell.split(","):
+        kind = next((k for k in sorted(KINDS, key=len, reverse=True) if value.strip().startswith(k)), None)
+        if kind is None:
+            raise ValueError(f"unknown kind in {value.strip()!r}")
+        out.append(kind)
     return out
 
 

@@ -33,7 +33,10 @@ public:
 
     int GetApplyingIndex() override { return active_; }
     std::vector<tvapi::WString> GetLoadCombinations() override { return names_; }
-    std::vector<bool> GetProtectedFlags() override { return std::vector<bool>(names_.size(), false); }
+    bool GetProtectedFlags(std::vector<bool>& flags) override {
+        flags.assign(names_.size(), false);
+        return true;
+    }
 
 private:
     std::vector<tvapi::WString> names_;

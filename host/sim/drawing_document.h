@@ -38,7 +38,7 @@ public:
                                    const tvapi::SmartPtr<tvapi::IDrawingObject>& target, bool includeInvisible,
                                    const tvapi::WString& reference) override;
     bool DeleteHyperLinks(const ObjectList& objects) override;
-    tvapi::SmartPtr<tvapi::IDrawingObject> GetObjectById(const std::vector<std::uint64_t>& id) override;
+    tvapi::SmartPtr<tvapi::IDrawingObject> GetObjectById(const std::vector<double>& id) override;
     tvapi::SmartPtr<tvapi::IDrawingObject> FindObject(
         double x, double y, double radius, const tvapi::SmartPtr<tvapi::IFindObjectParameters>& parameters) override;
     ObjectList FindObjects(double x, double y, double radius,

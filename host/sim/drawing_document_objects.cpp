@@ -104,11 +104,11 @@ bool DrawingDocument::DeleteHyperLinks(const ObjectList& objects) {
     return true;
 }
 
-// Ids are one number: a path of nested ids finds nothing here.
-tvapi::SmartPtr<tvapi::IDrawingObject> DrawingDocument::GetObjectById(const std::vector<std::uint64_t>& id) {
+// Ids are one number (what GetId answers): a path of nested ids finds nothing here.
+tvapi::SmartPtr<tvapi::IDrawingObject> DrawingDocument::GetObjectById(const std::vector<double>& id) {
     if (id.size() != 1) return {};
     for (DrawingObject* object : AllObjects()) {
-        if (object->Id() == id[0]) return Share<tvapi::IDrawingObject>(object);
+        if (static_cast<double>(object->Id()) == id[0]) return Share<tvapi::IDrawingObject>(object);
     }
     return {};
 }

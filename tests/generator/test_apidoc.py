@@ -1,12 +1,16 @@
-"""The API reference in the build tree against the catalogue: every export on
-its group's page under its interface, with its C signature, the interface's
-IID text, what the caller owns of its result and whether it is remotable.
+"""The API reference in the build tree: every export under its interface with
+its C signature, the interface its handles, lists and enumerations carry, and
+for remotable functions a link to their wire values; an index that reaches
+every interface; every link landing on something. No browser: the pages are
+read as text.
 
     test_apidoc.py <build>/docs/api
 """
+import html
 import re
 import sys
 import unittest
+from html.parser import HTMLParser
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
@@ -16,93 +20,115 @@ from tvgen.__main__ import GROUPS  # noqa: E402
 from tvgen.ctypes_map import c_signature  # noqa: E402
 
 PAGES = Path(sys.argv.pop(1)) if len(sys.argv) > 1 else ROOT / "build" / "docs" / "api"
-ROW = re.compile(r"^\| `([^`]+) (\w+)\(([^`]*)\)` \| ([^|]*) \| ([^|]*) \|")
+FUNCTION = re.compile(r'<div class="fn" id="(\w+)"><pre class="sig">(.*?)</pre>(?:<p>(.*?)</p>)?</div>', re.S)
 
 
-def load():
-    cat = catalogue.load(ROOT / "catalogue", list(GROUPS))
-    return cat, events_mod.load(ROOT / "catalogue", cat)
+class Anchors(HTMLParser):
+    """The ids a page defines and the links it makes."""
+
+    def __init__(self):
+        super().__init__()
+        self.ids, self.links = set(), []
+
+    def handle_starttag(self, tag, attrs):
+        attrs = dict(attrs)
+        if "id" in attrs:
+            self.ids.add(attrs["id"])
+        if tag in ("a", "link", "script") and (attrs.get("href") or attrs.get("src")):
+            self.links.append(attrs.get("href") or attrs.get("src"))
 
 
-def page_rows(group):
-    """{export: (interface section, result, params, owns, remote)} of a group's page."""
-    rows, section = {}, None
-    for line in (PAGES / f"{group}.md").read_text(encoding="utf-8").splitlines():
-        if line.startswith("## "):
-            section = line[3:].strip()
-        m = ROW.match(line)
-        if m:
-            result, name, params, owns, remote = m.groups()
-            rows[name] = (section, result, params, owns.strip(), remote.strip())
-    return rows
+def text(fragment):
+    return html.unescape(re.sub(r"<[^>]+>", "", fragment))
 
 
-def sections(group):
-    """{interface: the text of its section} of a group's page."""
-    text = (PAGES / f"{group}.md").read_text(encoding="utf-8")
-    return {part.split("\n", 1)[0].strip(): part for part in text.split("\n## ")[1:]}
+def functions(page):
+    """{export: (signature as text, what follows it as text)} of a page."""
+    return {m.group(1): (text(m.group(2)), text(m.group(3) or ""))
+            for m in FUNCTION.finditer((PAGES / page).read_text(encoding="utf-8"))}
 
 
 class ApiReference(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.cat, cls.events = load()
+        cls.cat = catalogue.load(ROOT / "catalogue", list(GROUPS))
+        cls.events = events_mod.load(ROOT / "catalogue", cls.cat)
+        cls.pages = {group: functions(f"{group}.html") for group in cls.cat.groups}
 
-    def test_every_operation_is_on_its_groups_page_as_the_header_declares_it(self):
-        seen = 0
-        for group in self.cat.groups:
-            rows = page_rows(group)
-            for op in self.cat.ops(group):
-                with self.subTest(export=op.export):
-                    section, result, params, owns, remote = rows[op.export]
-                    self.assertEqual(section, op.interface.name)
-                    self.assertEqual((result, params), c_signature(op))
-                    self.assertEqual(remote.startswith("yes"), op.interface.remote)
-                    seen += 1
-        self.assertGreater(seen, 9000)
+    def test_every_export_has_its_c_signature_with_what_its_values_carry(self):
+        comment = re.compile(r" /\* (?:of (?:vectors of )?)?(\w+) \*/")
+        wrong = []
+        for op in self.cat.ops():
+            signature, facts = self.pages[op.interface.group].get(op.export, ("", ""))
+            result, params = c_signature(op)
+            carried = comment.findall(signature)
+            expected = [t.element or t.name or t.kind for t in [op.result] + [p.type for p in op.params]
+                        if t.kind in ("object", "enum") or t.element or (t.kind == "bool" and t is not op.result)]
+            if (comment.sub("", signature) != f"{result} {op.export}({params})" or carried != expected
+                    or ("API Server: " in facts) != op.interface.remote):
+                wrong.append(op.export)
+        self.assertEqual(wrong[:10], [], f"{len(wrong)} exports")
 
-    def test_what_the_caller_owns_follows_the_result(self):
-        expected = {"text": "`free`", "object": "`IAPIObject_Release`", "value": "always null"}
-        for group in self.cat.groups:
-            rows = page_rows(group)
-            for op in self.cat.ops(group):
-                owns = rows[op.export][3]
-                kind = op.result.kind
-                if kind == "vector":
-                    self.assertIn(f"`{op.result.name}_Delete`", owns, op.export)
-                    if op.result.name == "ObjectReferenceVector":
-                        self.assertIn("`IAPIObject_Release`", owns, op.export)
-                elif kind in expected:
-                    self.assertIn(expected[kind], owns, op.export)
-                else:
-                    self.assertEqual(owns, "nothing", op.export)
+    def test_signatures_name_the_interfaces_a_reader_needs(self):
+        application = self.pages["application"]
+        self.assertEqual(application["IDocuments_Add"][0], "void* /* ITavraDocument */ IDocuments_Add(void* handle, "
+                         "int documentType, int /* bool */ visible)")
+        self.assertIn("void* /* ITavraDocument */ document", application["IApplication_StopCurrentProcess"][0])
+        self.assertIn("ObjectReferenceVector_t* /* of IDrawingObject */ ITavraDocument2D_CopyObjects",
+                      application["ITavraDocument2D_CopyObjects"][0])
+        self.assertIn("int /* tvViewTypeEnum */ viewType", self.pages["drawing"]["IViews_Add"][0])
+        self.assertIn("u64 handle: IDocuments, string fileName, i32 visible: bool, i32 readOnly: bool → "
+                      "u64: ITavraDocument", application["IDocuments_Open"][1])
+        self.assertIn("one reference: IAPIObject_Release", application["IDocuments_Open"][1])
+        self.assertIn("its result stays behind", self.pages["drawing"]["ILineSegment_GetX1"][1])
 
-    def test_each_interface_names_its_iid_text_or_its_root(self):
-        for group in self.cat.groups:
-            found = sections(group)
-            for i in self.cat.interfaces.values():
-                if i.group != group:
-                    continue
-                with self.subTest(interface=i.name):
-                    head = found[i.name].split("\n\n", 2)[1]
-                    self.assertIn(f"IID `{i.iid}`" if i.iid else f"rooted ({i.root})", head)
-                    self.assertIn(f"Remotable: {'yes' if i.remote else 'no'}.", head)
-
-    def test_handler_registrations_are_listed_with_their_callbacks(self):
-        if not self.events.sources:
-            self.skipTest("no events catalogue")
-        text = (PAGES / "events.md").read_text(encoding="utf-8") + "".join(
-            (PAGES / f"{g}.md").read_text(encoding="utf-8") for g in self.cat.groups if g != "events")
+    def test_registrations_show_their_callbacks_with_what_these_receive(self):
+        every = {name: sig for page in self.pages.values() for name, (sig, _) in page.items()}
         for e in self.events.events():
-            self.assertIn(f"`void {e.export}(", text, e.export)
-            self.assertIn(f"(*{e.callback_type})(", text, e.export)
+            self.assertIn(f"(*{e.callback_type})(", every[e.export], e.export)
+        self.assertIn("(*IApplicationEvents_CreateDocumentCallback)(void* /* ITavraDocument */ document)",
+                      every["IApplicationEvents_AddCreateDocumentHandler"])
 
-    def test_the_index_lists_every_group_and_the_vector_functions(self):
-        index = (PAGES / "index.md").read_text(encoding="utf-8")
-        for group in self.cat.groups:
-            self.assertIn(f"[{group}]({group}.md)", index)
-        for name in ("IAPIObject_AddRef", "StringVector_Delete", "PropertyValue_GetString"):
-            self.assertIn(f" {name}(", index)
+    def test_every_link_lands_and_the_index_reaches_every_interface_in_one_step(self):
+        pages = {}
+        for path in PAGES.glob("*.html"):
+            parser = Anchors()
+            parser.feed(path.read_text(encoding="utf-8"))
+            pages[path.name] = parser
+        broken = []
+        for name, parser in pages.items():
+            for link in parser.links:
+                target, _, anchor = link.partition("#")
+                page = target or name
+                if re.match(r"^(https?:)?//", target) or page not in pages and not (PAGES / page).exists() \
+                        or anchor and anchor not in pages[page].ids:
+                    broken.append((name, link))
+        self.assertEqual(broken[:10], [], f"{len(broken)} links go nowhere or outside")
+        index = set(pages["index.html"].links)
+        for i in self.cat.interfaces.values():
+            self.assertIn(f"{i.group}.html#{i.name}", index, i.name)
+        self.assertIn("drawing.html#ILineSegment", index)
+        self.assertIn("IDocuments_Open", pages["protocol.html"].ids)
+        self.assertTrue((PAGES / "protocol.md").exists())
+
+    def test_the_search_finds_every_export_where_it_is_documented(self):
+        script = (PAGES / "search-index.js").read_text(encoding="utf-8")
+        pages = re.search(r"TVAPIC_PAGES = (\[.*?\]);", script).group(1)
+        pages = [p.strip(' "') for p in pages.strip("[]").split(",")]
+        entries = dict(line.split(" ") for line in re.search(r'TVAPIC_INDEX = "(.*)";', script).group(1).split("\\n"))
+        for op in self.cat.ops():
+            self.assertEqual(pages[int(entries[op.export])], f"{op.interface.group}.html", op.export)
+        for name in ("ILineSegment", "tvDocumentTypeEnum", "StringVector_Delete", "IAPIObject_Release"):
+            self.assertIn(name, entries)
+
+    def test_enumerations_tell_the_simulated_hosts_values_or_that_they_are_the_hosts(self):
+        page = (PAGES / "enums.html").read_text(encoding="utf-8")
+        rows = {m.group(1): text(m.group(2)) for m in re.finditer(r'<tr id="(\w+)">(.*?)</tr>', page)}
+        self.assertEqual(set(rows), set(self.cat.enums()) | set(self.events.enums()))
+        self.assertIn("1 drawing, 2 fragment", rows["tvDocumentTypeEnum"])
+        self.assertIn("0 sheet view", rows["tvViewTypeEnum"])
+        self.assertIn("the host's, unknown here", rows["tvArrowTypeEnum"])
+        self.assertIn("IViews_Add", rows["tvViewTypeEnum"])
 
 
 if __name__ == "__main__":

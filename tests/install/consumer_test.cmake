@@ -30,10 +30,12 @@ file(REMOVE_RECURSE ${PREFIX} ${WORK})
 file(MAKE_DIRECTORY ${PREFIX} ${WORK})
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${PREFIX})
 
-# What a user gets: the header, the versioned library and its links, both package files.
+# What a user gets: the header, the versioned library and its links, both package files, the
+# reference with the protocol beside it.
 file(GLOB_RECURSE _installed RELATIVE ${PREFIX} ${PREFIX}/*)
 foreach(_expected include/tvAPIC.h lib/cmake/tvAPIC/tvAPICConfig.cmake lib/cmake/tvAPIC/tvAPICConfigVersion.cmake
-                  lib/cmake/tvAPIC/tvAPICTargets.cmake lib/pkgconfig/tvAPIC.pc lib/libtvAPIC.so lib/libtvAPIC.so.0)
+                  lib/cmake/tvAPIC/tvAPICTargets.cmake lib/pkgconfig/tvAPIC.pc lib/libtvAPIC.so lib/libtvAPIC.so.0
+                  share/doc/tvAPIC/api/index.html share/doc/tvAPIC/api/protocol.md)
   if(NOT _expected IN_LIST _installed)
     message(FATAL_ERROR "not installed: ${_expected}\ninstalled: ${_installed}")
   endif()

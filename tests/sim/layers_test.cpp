@@ -110,13 +110,13 @@ TEST_F(Layers, AreasAndIdsOfObjects) {
     List a_segment{a.get()};  // not a view
     EXPECT_EQ(ITavraDocument2D_ViewGetObjectsArea(drawing.get(), a_segment.get()), nullptr);
 
-    NumericIdVector_t* id = NumericIdVector_Create(1);
-    NumericIdVector_Set(id, 0, static_cast<uint64_t>(IDrawingObject_GetId(b.get())));
+    DoubleVector_t* id = DoubleVector_Create(1);
+    DoubleVector_Set(id, 0, IDrawingObject_GetId(b.get()));
     Handle by_id(ITavraDocument2D_GetObjectById(drawing.get(), id));
     EXPECT_TRUE(IAPIObject_IsSameObjects(by_id.get(), b.get()));
-    NumericIdVector_Set(id, 0, 999);
+    DoubleVector_Set(id, 0, 999);
     EXPECT_EQ(ITavraDocument2D_GetObjectById(drawing.get(), id), nullptr);
-    NumericIdVector_Delete(id);
+    DoubleVector_Delete(id);
 }
 
 }  // namespace

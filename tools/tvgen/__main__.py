@@ -1,9 +1,12 @@
 """tvgen: turns the catalogue into the library's generated sources.
 
     python3 tools/generate.py --catalogue catalogue --out build/generated [--list]
+    python3 tools/generate.py --catalogue catalogue --reference docs --out build/docs/api [--list]
 
 --list prints the files that would be written (the build system reads it at
-configure time). Files whose content has not changed are left untouched, so
+configure time). --reference writes the API reference instead of the code,
+with the documents of the given folder (the protocol, the simulated host's
+enumeration values). Files whose content has not changed are left untouched, so
 an edit of one group recompiles only what depends on it.
 """
 
@@ -15,7 +18,7 @@ from . import catalogue as cat_mod
 from . import events as events_mod
 from . import families, stats
 from . import emit_bridge, emit_events, emit_exports, emit_header, emit_probes, emit_python, emit_sim, emit_sweep, emit_tvapi
-from . import emit_apidoc, emit_pynative, emit_pyobjects, emit_stubs
+from . import emit_apidoc, emit_pynative, emit_pyobjects, emit_stubs, protocol_doc
 
 GROUPS = ["application", "drawing", "model", "reports", "ui"]
 
@@ -43,8 +46,6 @@ def outputs(cat, events):
     files["python/tvapic/_objects.py"] = lambda: emit_pyobjects.emit(cat, events)
     for rel, make in emit_stubs.outputs(cat, events).items():
         files[f"python/tvapic/{rel}"] = make
-    for rel, make in emit_apidoc.outputs(cat, events).items():
-        files[f"docs/api/{rel}"] = make
     files["exports.map"] = lambda: version_script(cat, events)
     files["sweep/cases.cpp"] = lambda: emit_sweep.emit_index(cat)
     files.update(emit_events.outputs(cat, events))
@@ -79,9 +80,13 @@ def main(argv=None):
     parser.add_argument("--catalogue", required=True, type=Path)
     parser.add_argument("--out", type=Path)
     parser.add_argument("--list", action="store_true", help="print the output files and exit")
+    parser.add_argument("--reference", type=Path, metavar="DOCS",
+                        help="write the API reference, with the documents of the folder DOCS")
     parser.add_argument("--exports", action="store_true", help="print every export name, one per line, and exit")
-    parser.add_argument("--protocol", action="store_true", help="print the remote functions' wire signatures and exit")
-    parser.add_argument("--stats", action="store_true", help="print the shape counts per group as a table and exit")
+    parser.add_argument("--protocol", action="store_true",
+                        help="print the remote functions' wire signatures as docs/protocol.md lists them, and exit")
+    parser.add_argument("--stats", action="store_true",
+                        help="print the shape counts per group and the host's figures beside ours, and exit")
     args = parser.parse_args(argv)
     try:
         cat = cat_mod.load(args.catalogue, GROUPS)
@@ -90,15 +95,15 @@ def main(argv=None):
         print(f"tvgen: {e}", file=sys.stderr)
         return 1
     if args.protocol:
-        print(emit_bridge.protocol_table(cat), end="")
+        print(protocol_doc.tables(cat), end="")
         return 0
     if args.stats:
-        print(stats.table(cat))
+        print(f"{stats.table(cat, events)}\n\n{stats.calibration(cat, events)}")
         return 0
     if args.exports:
         print("\n".join(export_names(cat, events)))
         return 0
-    files = outputs(cat, events)
+    files = emit_apidoc.outputs(cat, events, args.reference) if args.reference else outputs(cat, events)
     if args.list:
         print(";".join(sorted(files)))
         return 0

@@ -215,7 +215,7 @@ def load(directory, group_names):
             parse_file(path, group, interfaces)
     cat = Catalogue(list(group_names), interfaces)
     check_references(cat)
-    check_setters(cat)
+    check_rules(cat)
     return cat
 
 
@@ -233,6 +233,11 @@ def check_references(cat):
 # A setter whose value deliberately differs from its getter's result says so
 # on its line: "# unlike its getter: <why>".
 SETTER_EXCEPTION = "unlike its getter"
+
+
+def check_rules(cat):
+    check_setters(cat)
+    check_list_getters(cat)
 
 
 def check_setters(cat):
@@ -253,3 +258,36 @@ def check_setters(cat):
             if [p.type for p in leading] != [p.type for p in getter.params]:
                 raise CatalogueError(f"{op.where}: {i.name}.{op.name} must take {getter.name}'s arguments "
                                      "before its value")
+
+
+# Getters that fill a list the caller passes rather than return a new one,
+# by family and name ending (catalogue/README.md, rule 11). Lists with a
+# setter are returned new, as the setter takes them; the remotable functions'
+# results are the host's.
+FILLED_BY_ENDING = {
+    "DoubleVector": ("Points", "Params", "Parameters", "Array", "Gabarits", "Gabarites"),
+    "NumericIdVector": ("Points", "Params", "Parameters", "Array", "Gabarits", "Gabarites"),
+    "Int32Vector": ("Indexes", "LineNumbers"),
+    "BoolVector": ("Flags",),
+}
+
+
+def fills_callers_list(op):
+    """Whether the rules make a getter returning a new list fill the caller's instead."""
+    t = op.result
+    if t.kind != "vector" or not op.name.startswith("Get") or op.interface.remote:
+        return False
+    if any(other.name == "Set" + op.name[3:] for other in op.interface.ops):
+        return False
+    if t.name == "StringVector":
+        return bool(op.params)
+    return op.name.endswith(FILLED_BY_ENDING.get(t.name, ()))
+
+
+def check_list_getters(cat):
+    for op in cat.ops():
+        if fills_callers_list(op):
+            name = op.name[3].lower() + op.name[4:]
+            params = ", ".join([f"{p.type} {p.name}" for p in op.params] + [f"inout {op.result} {name}"])
+            raise CatalogueError(f"{op.where}: {op.interface.name}.{op.name} has no setter: it fills the "
+                                 f"caller's list, 'bool {op.name}({params})'")

@@ -120,19 +120,6 @@ def emit_handlers(cat):
     return "".join(out)
 
 
-def protocol_table(cat):
-    """The wire signatures as markdown rows, grouped by interface."""
-    out = []
-    current = None
-    for op in remotable(cat):
-        if op.interface is not current:
-            current = op.interface
-            out.append(f"\n### {current.name}\n\n| Function | Request after the name | Response |\n|---|---|---|\n")
-        request, response = wire_signature(op)
-        out.append(f"| `{op.export}` | {', '.join(request) or 'nothing'} | {', '.join(response) or 'nothing'} |\n")
-    return "".join(out)
-
-
 def emit_signature_table(cat):
     """The wire signatures as data, for the load tool, the fuzzer's seeds and
     tests: one entry per remotable function, kinds separated by commas."""

@@ -293,7 +293,7 @@ def load(directory, cat):
     if any(i.group == GROUP for i in cat.interfaces.values()) and GROUP not in cat.groups:
         cat.groups.append(GROUP)
     cat_mod.check_references(cat)
-    cat_mod.check_setters(cat)
+    cat_mod.check_rules(cat)
     exports = {op.export for op in cat.ops()}
     for e in Events(sources).events():
         if e.export in exports:

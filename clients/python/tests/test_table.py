@@ -11,6 +11,15 @@ from tvapic import SIGNATURES, Client
 
 ROOT = Path(__file__).resolve().parents[3]
 ROW = re.compile(r"^\| `(I\w+_\w+)` \| ([^|]+) \| ([^|]+) \|$")
+# Each value of a row is its wire kind, then its name and meaning: "u64 handle: IDocuments".
+KIND = re.compile(r"i32 slot|f64 slot|string vector|u64|f64|i32|string")
+
+
+def kinds(cell):
+    """The wire kinds of a cell, joined as the generated table's are."""
+    if cell.strip() == "nothing":
+        return "nothing"
+    return ", ".join(KIND.match(value.strip()).group() for value in cell.split(","))
 
 
 def reference_rows():
@@ -21,7 +30,7 @@ def reference_rows():
     for line in path.read_text(encoding="utf-8").splitlines():
         m = ROW.match(line.strip())
         if m:
-            rows[m.group(1)] = (m.group(2).strip(), m.group(3).strip())
+            rows[m.group(1)] = (kinds(m.group(2)), kinds(m.group(3)))
     return rows
 
 
