@@ -5,15 +5,11 @@ namespace tvapic::bridge {
 namespace asio = boost::asio;
 
 // The I/O context is the server's, run only by the server thread. A stop
-// cancels the transfer under way by posting to it (see Server::Stop).
+// cancels the wait under way by posting to it (see Server::Stop).
 template <class Start>
-std::size_t SocketStream::Await(Start start, Clock::time_point deadline, const char* what) {
+void SocketStream::Await(Start start, Clock::time_point deadline, const char* what) {
     boost::system::error_code result = asio::error::would_block;
-    std::size_t transferred = 0;
-    start([&](const boost::system::error_code& error, std::size_t n) {
-        result = error;
-        transferred = n;
-    });
+    start([&](const boost::system::error_code& error) { result = error; });
     io_.restart();
     io_.run_until(deadline);
     if (result == asio::error::would_block) {
@@ -24,14 +20,21 @@ std::size_t SocketStream::Await(Start start, Clock::time_point deadline, const c
         throw boost::system::system_error(asio::error::timed_out, what);
     }
     if (result) throw boost::system::system_error(result, what);
-    return transferred;
 }
 
+// Bytes that are already there are taken at once; only when the socket has
+// none (or no room) does the transfer wait, for readiness, until the deadline.
 void SocketStream::ReadExact(void* buffer, std::size_t n) {
+    socket_.non_blocking(true);
     auto* at = static_cast<char*>(buffer);
     while (n > 0) {
-        std::size_t got =
-            Await([&](auto done) { socket_.async_read_some(asio::buffer(at, n), done); }, read_deadline_, "read");
+        boost::system::error_code error;
+        std::size_t got = socket_.read_some(asio::buffer(at, n), error);
+        if (error == asio::error::would_block) {
+            Await([&](auto done) { socket_.async_wait(asio::socket_base::wait_read, done); }, read_deadline_, "read");
+            continue;
+        }
+        if (error) throw boost::system::system_error(error, "read");
         at += got;
         n -= got;
     }
@@ -39,10 +42,16 @@ void SocketStream::ReadExact(void* buffer, std::size_t n) {
 
 void SocketStream::WriteExact(const void* data, std::size_t n) {
     if (!write_deadline_) write_deadline_ = Clock::now() + kTimeLimit;
+    socket_.non_blocking(true);
     auto* at = static_cast<const char*>(data);
     while (n > 0) {
-        std::size_t sent =
-            Await([&](auto done) { socket_.async_write_some(asio::buffer(at, n), done); }, *write_deadline_, "write");
+        boost::system::error_code error;
+        std::size_t sent = socket_.write_some(asio::buffer(at, n), error);
+        if (error == asio::error::would_block) {
+            Await([&](auto done) { socket_.async_wait(asio::socket_base::wait_write, done); }, *write_deadline_, "write");
+            continue;
+        }
+        if (error) throw boost::system::system_error(error, "write");
         at += sent;
         n -= sent;
     }

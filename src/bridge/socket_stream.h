@@ -27,9 +27,9 @@ public:
     void Close() override;
 
 private:
-    // Runs one asynchronous transfer to its end or to the deadline.
+    // Waits, until the deadline, for the socket to be ready.
     template <class Start>
-    std::size_t Await(Start start, Clock::time_point deadline, const char* what);
+    void Await(Start start, Clock::time_point deadline, const char* what);
 
     boost::asio::io_context& io_;
     boost::asio::ip::tcp::socket& socket_;
