@@ -19,6 +19,7 @@ from . import events as events_mod
 from . import families, stats
 from . import emit_bridge, emit_events, emit_exports, emit_header, emit_probes, emit_python, emit_sim, emit_sweep, emit_tvapi
 from . import emit_apidoc, emit_pynative, emit_pyobjects, emit_stubs, protocol_doc
+from . import emit_csharp, emit_json
 
 GROUPS = ["application", "drawing", "model", "reports", "ui"]
 
@@ -46,6 +47,9 @@ def outputs(cat, events):
     files["python/tvapic/_objects.py"] = lambda: emit_pyobjects.emit(cat, events)
     for rel, make in emit_stubs.outputs(cat, events).items():
         files[f"python/tvapic/{rel}"] = make
+    files["tvAPIC.catalogue.json"] = lambda: emit_json.emit(cat, events, emit_bridge.wire_signature)
+    for rel, make in emit_csharp.outputs(cat, events, emit_bridge.wire_signature).items():
+        files[f"dotnet/{rel}"] = make
     files["exports.map"] = lambda: version_script(cat, events)
     files["sweep/cases.cpp"] = lambda: emit_sweep.emit_index(cat)
     files.update(emit_events.outputs(cat, events))

@@ -1,0 +1,509 @@
+"""Emits the C# binding's generated half: TvApic.Native, TvApic.Objects and
+the remote client's methods (clients/dotnet has the hand-written half).
+
+    Native.g.cs    one [DllImport] per export, as exported: handles, vectors
+                   and returned text as IntPtr, text arguments as UTF-16
+                   strings, the C callback types as delegates
+    Objects.g.cs   one class per interface; arguments and results converted
+                   (text copied and freed, vectors to arrays and deleted,
+                   handles wrapped), handlers as .NET delegates
+    Remote.g.cs    one method of TvApic.Remote.Client per remotable function,
+                   from the wire signatures handed in as `wire_signature`
+"""
+
+from . import events as ev
+from . import families
+from .wire_view import travelling
+
+HEADER = "// Generated from the catalogue by tools/tvgen; do not edit.\n"
+
+KEYWORDS = set("""abstract as base bool break byte case catch char checked class const continue decimal default
+delegate do double else enum event explicit extern false finally fixed float for foreach goto if implicit in int
+interface internal is lock long namespace new null object operator out override params private protected public
+readonly ref return sbyte sealed short sizeof stackalloc static string struct switch this throw true try typeof uint
+ulong unchecked unsafe ushort using virtual void volatile while""".split())
+
+# Members the binding gives every object class: no operation may take their names.
+RESERVED = {"Dispose", "Handle", "Query", "IsSameObject", "Interface", "From", "Iid", "Finalize", "MemberwiseClone",
+            "ReferenceEquals"}
+# System.Object's members and their parameter counts: an operation of the
+# same shape hides them (`new`), as ITavraAPIObject.GetType() does.
+OBJECT_MEMBERS = {"GetType": 0, "ToString": 0, "GetHashCode": 0, "Equals": 1}
+
+LPWSTR = "[MarshalAs(UnmanagedType.LPWStr)] string"
+BOOL_RESULT = "[return: MarshalAs(UnmanagedType.I1)] "
+
+# C types of the handle base, vector and value functions.
+_RAW = {"void": "void", "int": "int", "uint64_t": "ulong", "int32_t": "int", "uint32_t": "uint", "uint8_t": "byte",
+        "float": "float", "double": "double", "const tvWChar*": LPWSTR}
+
+# Element types of the vector families as .NET arrays hold them.
+ELEMENTS = {"BoolVector": "bool", "ColorVector": "uint", "EnumVector": "int", "Int32Vector": "int",
+            "Uint32Vector": "uint", "FloatVector": "float", "DoubleVector": "double", "NumericIdVector": "ulong",
+            "Uint8Vector": "byte", "StringVector": "string", "PropertyValueVector": "object",
+            "AttributeValueVector": "object", "StorageValueVector": "object"}
+
+_SCALAR = {"bool": "bool", "int": "int", "enum": "int", "int64": "ulong", "double": "double"}
+_NATIVE_SCALAR = {"bool": "int", "int": "int", "enum": "int", "int64": "ulong", "double": "double"}
+
+
+def ident(name):
+    return "@" + name if name in KEYWORDS else name
+
+
+def handle_name(op):
+    own = {p.name for p in op.params}
+    name = "handle"
+    while name in own:
+        name += "_"
+    return name
+
+
+def class_name(interface):
+    return "ApiObject" if interface == "IAPIObject" else interface
+
+
+def factory(interface):
+    return "IAPIObject.From" if interface == "IAPIObject" else f"{interface}.From"
+
+
+# Native ---------------------------------------------------------------------
+
+def native_param(p):
+    t = p.type
+    if p.mode == "out":
+        return "ref IntPtr" if t.kind == "object" else f"ref {_NATIVE_SCALAR[t.kind]}"
+    if t.kind in _NATIVE_SCALAR:
+        return _NATIVE_SCALAR[t.kind]
+    return LPWSTR if t.kind == "text" else "IntPtr"
+
+
+def native_result(t):
+    if t.kind == "void":
+        return "void"
+    if t.kind == "bool":
+        return BOOL_RESULT + "bool"
+    return _NATIVE_SCALAR.get(t.kind, "IntPtr")
+
+
+def _raw_type(c_type):
+    return _RAW.get(c_type, "IntPtr" if c_type.endswith("*") else None)
+
+
+def base_imports():
+    """(result, export, [(C# type, name)]) of the handle base, vector and value functions."""
+    out = [("int", "IAPIObject_AddRef", [("IntPtr", "handle")]), ("int", "IAPIObject_Release", [("IntPtr", "handle")]),
+           (BOOL_RESULT + "bool", "IAPIObject_IsSameObjects", [("IntPtr", "first"), ("IntPtr", "second")])]
+    for result, name, params in families.container_prototypes():
+        args = []
+        if params != "void":
+            for param in params.split(", "):
+                c_type, pname = param.rsplit(" ", 1)
+                args.append((_raw_type(c_type), pname))
+        out.append((_raw_type(result), name, args))
+    return out
+
+
+def callback_native_param(p):
+    if p.inout and p.kind in ("int", "bool"):
+        return "ref int"
+    return {"bool": "int", "int": "int", "uint32": "uint", "int64": "ulong", "double": "double",
+            "enum": "int"}.get(p.kind, "IntPtr")
+
+
+def callback_native_result(t):
+    return {"void": "void", "bool": "int", "enum": "int", "pointer": "IntPtr"}[t.kind]
+
+
+def registration_import(e):
+    first = "events" if e.source.kind == "events" else "handle"
+    params = [("IntPtr", first)] + ([(LPWSTR, "key")] if e.source.keyed else [])
+    return "void", e.export, params + [(e.callback_type, "callback")]
+
+
+def op_import(op):
+    params = [] if op.interface.root else [("IntPtr", handle_name(op))]
+    params += [(native_param(p), ident(p.name)) for p in op.params]
+    return native_result(op.result), op.export, params
+
+
+def imports(cat, events):
+    """Every export in header order."""
+    return (base_imports() + [op_import(op) for op in cat.ops()]
+            + [registration_import(e) for e in events.events()])
+
+
+def emit_native(cat, events):
+    out = [HEADER, "using System;\nusing System.Runtime.InteropServices;\n\nnamespace TvApic\n{\n",
+           "    public static partial class Native\n    {\n"]
+    for result, name, params in imports(cat, events):
+        args = ", ".join(f"{t} {n}" for t, n in params)
+        attribute = result[:-len("bool")] if result.startswith(BOOL_RESULT) else ""
+        out.append(f"        [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]{attribute.rstrip()}\n"
+                   f"        public static extern {result[len(attribute):]} {name}({args});\n")
+    out.append("\n        // The C callback types of the event registrations.\n")
+    for e in events.events():
+        args = ", ".join(f"{callback_native_param(p)} {ident(p.name)}" for p in e.params)
+        out.append(f"        [UnmanagedFunctionPointer(CallingConvention.Cdecl)]\n"
+                   f"        public delegate {callback_native_result(e.result)} {e.callback_type}({args});\n")
+    out.append("    }\n}\n")
+    return "".join(out)
+
+
+# Objects --------------------------------------------------------------------
+
+class Method:
+    """One generated method body in parts: parameters, statements before the
+    call, the call's arguments, statements after it."""
+
+    def __init__(self):
+        self.params, self.before, self.args, self.after = [], [], [], []
+        self.uses_call = False
+
+
+def _vector_arg(m, p, n):
+    t = p.type
+    m.uses_call = True
+    if t.name == "ObjectReferenceVector":
+        element = class_name(t.element)
+        m.params.append(f"{element}[] {ident(p.name)}")
+        return f"__call.ObjectReferenceVector({ident(p.name)})"
+    if t.name == "ObjectReferenceVectorVector":
+        m.params.append(f"{class_name(t.element)}[][] {ident(p.name)}")
+        return f"__call.ObjectReferenceVectorVector({ident(p.name)})"
+    element = ELEMENTS[t.name]
+    if p.mode == "inout":
+        m.params.append(f"ref {element}[] {ident(p.name)}")
+        m.before.append(f"IntPtr __v{n} = __call.{t.name}({ident(p.name)});")
+        m.after.append(f"{ident(p.name)} = Vectors.Read{t.name}(__v{n});")
+        return f"__v{n}"
+    m.params.append(f"{element}[] {ident(p.name)}")
+    return f"__call.{t.name}({ident(p.name)})"
+
+
+def _out_arg(m, p, n):
+    t, name = p.type, ident(p.name)
+    if t.kind == "object":
+        m.params.append(f"out {class_name(t.name)} {name}")
+        m.before.append(f"IntPtr __o{n} = IntPtr.Zero;")
+        m.after.append(f"{name} = {factory(t.name)}(__o{n});")
+        return f"ref __o{n}"
+    if t.kind == "bool":
+        m.params.append(f"ref bool {name}")
+        m.before.append(f"int __b{n} = {name} ? 1 : 0;")
+        m.after.append(f"{name} = __b{n} != 0;")
+        return f"ref __b{n}"
+    m.params.append(f"ref {_SCALAR[t.kind]} {name}")
+    return f"ref {name}"
+
+
+def _arg(m, p, n):
+    t, name = p.type, ident(p.name)
+    if p.mode == "out":
+        return _out_arg(m, p, n)
+    if t.kind == "vector":
+        return _vector_arg(m, p, n)
+    if t.kind == "bool":
+        m.params.append(f"bool {name}")
+        return f"({name} ? 1 : 0)"
+    if t.kind in _SCALAR:
+        m.params.append(f"{_SCALAR[t.kind]} {name}")
+        return name
+    if t.kind == "text":
+        m.params.append(f"string {name}")
+        return name
+    if t.kind == "object":
+        m.params.append(f"{class_name(t.name)} {name}")
+        return f"ApiObject.HandleOf({name})"
+    if t.name == "PropertyValue":
+        m.uses_call = True
+        m.params.append(f"object {name}")
+        return f"__call.PropertyValue({name})"
+    m.params.append(f"IntPtr {name}")   # attribute and storage values: no C way to make one
+    return name
+
+
+def result_type(t):
+    if t.kind == "void":
+        return "void"
+    if t.kind in _SCALAR:
+        return _SCALAR[t.kind]
+    if t.kind == "text":
+        return "string"
+    if t.kind == "object":
+        return class_name(t.name)
+    if t.kind == "vector":
+        if t.name == "ObjectReferenceVector":
+            return f"{class_name(t.element)}[]"
+        if t.name == "ObjectReferenceVectorVector":
+            return f"{class_name(t.element)}[][]"
+        return ELEMENTS[t.name] + "[]"
+    return "object" if t.name == "PropertyValue" else "IntPtr"
+
+
+def take_result(t, call):
+    """The expression that turns the export's result into the method's."""
+    if t.kind in _SCALAR or t.kind == "void":
+        return call
+    if t.kind == "text":
+        return f"Text.Take({call})"
+    if t.kind == "object":
+        return f"{factory(t.name)}({call})"
+    if t.kind == "vector":
+        if t.element:
+            return f"Vectors.Take{t.name}({call}, {factory(t.element)})"
+        return f"Vectors.Take{t.name}({call})"
+    return f"Values.Take({call})" if t.name == "PropertyValue" else call
+
+
+def modifiers(name, params, static):
+    hides = OBJECT_MEMBERS.get(name) == len(params) and not static
+    return "public " + ("static " if static else "") + ("new " if hides else "")
+
+
+def method_text(name, static, handle, native_name, params_of, result, body_extra=""):
+    """A method: parameters and conversions from params_of, the native call, the result."""
+    m = Method()
+    args = ([handle] if handle else []) + [_arg(m, p, n) for n, p in enumerate(params_of)]
+    call = f"Native.{native_name}({', '.join(args)})"
+    lines = list(m.before)
+    rtype = result_type(result)
+    if result.kind == "void":
+        lines.append(f"{call};")
+        lines += m.after
+    elif m.after:
+        lines.append(f"var __r = {take_result(result, call)};")
+        lines += m.after
+        lines.append("return __r;")
+    else:
+        lines.append(f"return {take_result(result, call)};")
+    if body_extra:
+        lines.append(body_extra)
+    indent = "            "
+    if m.uses_call:
+        body = ["using (var __call = new Call())", "{"] + [f"    {line}" for line in lines] + ["}"]
+    else:
+        body = lines
+    head = f"        {modifiers(name, m.params, static)}{rtype} {ident(name)}({', '.join(m.params)})"
+    return head + "\n        {\n" + "".join(f"{indent}{line}\n" for line in body) + "        }\n"
+
+
+def handler_param(p):
+    t = p.type
+    kind = p.kind
+    if kind == "object":
+        return class_name(t.name)
+    if kind == "ObjectReferenceVector":
+        return f"{class_name(t.element)}[]"
+    if kind == "Int32Vector":
+        return "int[]"
+    if kind == "StringVector":
+        return "ref string[]"
+    base = {"text": "string", "int": "int", "bool": "bool", "uint32": "uint", "int64": "ulong", "double": "double",
+            "enum": "int", "pointer": "IntPtr"}[kind]
+    return f"ref {base}" if p.inout else base
+
+
+def handler_result(t):
+    return {"void": "void", "bool": "bool", "enum": "int", "pointer": "IntPtr"}[t.kind]
+
+
+def handler_type(e):
+    return f"{e.source.name}_{e.name}Handler"
+
+
+def adapter(e):
+    """The lambda that the library calls: C arguments to .NET ones, the
+    handler, its result back. What it lends is given back when it returns."""
+    before, args, after = [], [], []
+    for n, p in enumerate(e.params):
+        name = f"__p{n}"   # the registration's own parameters keep their names
+        kind = p.kind
+        if kind == "object":
+            args.append(f"__lent.Object({name}, {factory(p.type.name)})")
+        elif kind == "ObjectReferenceVector":
+            args.append(f"__lent.Objects({name}, {factory(p.type.element)})")
+        elif kind == "Int32Vector":
+            args.append(f"Vectors.ReadInt32Vector({name})")
+        elif kind == "StringVector":
+            before.append(f"string[] __l{n} = Vectors.ReadStringVector({name});")
+            args.append(f"ref __l{n}")
+            after.append(f"Vectors.ReplaceStrings({name}, __l{n});")
+        elif kind == "text" and p.inout:
+            before.append(f"string __s{n} = null;")
+            args.append(f"ref __s{n}")
+            after.append(f"Text.ToSlot({name}, __s{n});")
+        elif kind == "text":
+            args.append(f"Text.Borrow({name})")
+        elif kind == "bool" and p.inout:
+            before.append(f"bool __b{n} = {name} != 0;")
+            args.append(f"ref __b{n}")
+            after.append(f"{name} = __b{n} ? 1 : 0;")
+        elif kind == "bool":
+            args.append(f"{name} != 0")
+        else:
+            args.append(f"ref {name}" if p.inout else name)
+    call = f"handler({', '.join(args)})"
+    result = e.result.kind
+    lines = list(before)
+    if result == "void":
+        lines.append(f"{call};")
+        lines += after
+    else:
+        lines.append(f"var __r = {call};")
+        lines += after
+        lines.append("return __r ? 1 : 0;" if result == "bool" else "return __r;")
+    failed = {"void": "", "bool": "return 0;", "enum": "return 0;", "pointer": "return IntPtr.Zero;"}[result]
+    params = ", ".join(f"{callback_native_param(p)} __p{n}" for n, p in enumerate(e.params))
+    body = "".join(f"                        {line}\n" for line in lines)
+    return (f"            Native.{e.callback_type} __callback = ({params}) =>\n"
+            "            {\n"
+            "                try\n                {\n"
+            "                    using (var __lent = new Lent())\n                    {\n"
+            f"{body}"
+            "                    }\n                }\n"
+            f"                catch (Exception __e) {{ Handlers.Report(\"{e.export}\", __e); {failed} }}\n"
+            "            };\n")
+
+
+def kept_key(source):
+    """The key the delegates are kept under: a keyed source's (null is the empty key), or none."""
+    return 'key ?? ""' if source.keyed else "null"
+
+
+def registration_method(e):
+    key = e.source.keyed
+    params = (["string key"] if key else []) + [f"{handler_type(e)} handler"]
+    call_args = ["Handle"] + (["key"] if key else []) + ["__callback"]
+    return (f"        public void {e.registration}({', '.join(params)})\n"
+            "        {\n"
+            "            if (handler == null) throw new ArgumentNullException(\"handler\");\n"
+            f"{adapter(e)}"
+            f"            Handlers.Keep(Handle, {kept_key(e.source)}, __callback);\n"
+            f"            Native.{e.export}({', '.join(call_args)});\n"
+            "        }\n")
+
+
+def removal_note(source, op):
+    """RemoveAllHandlers also lets go of the delegates the removed handlers were."""
+    if source is None or source.kind != "events" or op.name != "RemoveAllHandlers":
+        return ""
+    return f"Handlers.Drop(Handle, {kept_key(source)});"
+
+
+def class_text(interface, events):
+    name = interface.name
+    source = events.sources.get(name)
+    queried = source if source is not None and source.queried else None
+    for op in interface.ops:
+        if op.name in RESERVED or op.name == name:
+            raise ValueError(f"{op.where}: {name}.{op.name} would hide a member of the C# object classes")
+    if interface.root:
+        out = [f"    /// <summary>{name}, the {interface.root}'s own interface: static methods.</summary>\n",
+               f"    public static class {name}\n    {{\n"]
+        out += [method_text(op.name, True, None, op.export, op.params, op.result) for op in interface.ops]
+        return "".join(out) + "    }\n"
+    out = [f"    /// <summary>{name} (IID {interface.iid}).</summary>\n",
+           f"    public sealed class {name} : ApiObject\n    {{\n",
+           f"        public const string Iid = \"{interface.iid}\";\n",
+           f"        {name}(IntPtr handle) : base(handle) {{ }}\n",
+           f"        public override string Interface {{ get {{ return \"{name}\"; }} }}\n",
+           "        /// <summary>Takes over a reference the caller holds; null for the null handle.</summary>\n",
+           f"        public static {name} From(IntPtr handle) {{ return handle == IntPtr.Zero ? null : new {name}(handle); }}\n"]
+    for op in interface.ops:
+        out.append(method_text(op.name, False, "Handle", op.export, op.params, op.result, removal_note(source, op)))
+    if queried:
+        out += [registration_method(e) for e in queried.events]
+    return "".join(out) + "    }\n"
+
+
+def handler_delegates(events):
+    out = []
+    for e in events.events():
+        if not e.source.queried:
+            continue
+        params = ", ".join(f"{handler_param(p)} {ident(p.name)}" for p in e.params)
+        out.append(f"    public delegate {handler_result(e.result)} {handler_type(e)}({params});\n")
+    return "".join(out)
+
+
+def emit_objects(cat, events):
+    out = [HEADER, "using System;\nusing System.Collections.Generic;\n\nnamespace TvApic.Objects\n{\n",
+           "    // Handlers: objects they receive are lent for the call; Query<T>() keeps one.\n",
+           handler_delegates(events), "\n"]
+    out += [class_text(i, events) for i in cat.interfaces.values()]
+    factories = "".join(f"            {{ typeof({i.name}), {i.name}.From }},\n"
+                        for i in cat.interfaces.values() if not i.root)
+    out.append("    public abstract partial class ApiObject\n    {\n"
+               "        static readonly Dictionary<Type, Func<IntPtr, ApiObject>> Factories =\n"
+               "            new Dictionary<Type, Func<IntPtr, ApiObject>>\n        {\n"
+               f"            {{ typeof(IAPIObject), IAPIObject.From }},\n{factories}"
+               "        };\n    }\n}\n")
+    return "".join(out)
+
+
+# Remote ---------------------------------------------------------------------
+
+def camel(name):
+    """IDocuments -> documents: the name of an object's handle parameter."""
+    return name[1].lower() + name[2:]
+
+
+_REQUEST = {"u64": "U64", "i32": "I32", "f64": "F64", "string": "Text", "i32 slot": "SlotI32",
+            "f64 slot": "SlotF64"}
+
+
+def remote_method(op, wire_signature):
+    carried, response = travelling(op, wire_signature)
+    own = {p.name for p, _ in carried if p}
+    params, writes, reads = [], [], []
+    for p, kind in carried:
+        if p is None:
+            name = camel(op.interface.name)
+            while name in own:
+                name += "_"
+            cs, value = "ulong", name
+        else:
+            name = ident(p.name)
+            if kind.endswith("slot"):
+                cs = {"bool": "bool?", "double": "double?"}.get(p.type.kind, "int?")
+            else:
+                cs = {"u64": "ulong", "f64": "double", "string": "string"}.get(kind)
+                cs = cs or ("bool" if p.type.kind == "bool" else "int")
+            value = name
+        if kind.endswith("slot"):
+            params.append(f"ref {cs} {name}")
+            reads.append(f"{name} = __a.{_REQUEST[kind]}({name});")
+        else:
+            params.append(f"{cs} {name}")
+        writes.append(f"__q.{_REQUEST[kind]}({value});")
+    result = op.result
+    last = response[-1] if response and not response[-1].endswith("slot") else None
+    rtype, read = "void", None
+    if last == "u64":
+        rtype, read = "ulong", "__a.U64()"
+    elif last == "i32":
+        rtype, read = ("bool", "__a.I32() != 0") if result.kind == "bool" else ("int", "__a.I32()")
+    elif last == "string":
+        rtype, read = "string", "__a.Text()"
+    elif last == "string vector":
+        rtype, read = "string[]", "__a.TextVector()"
+    lines = [f"var __q = new Request(\"{op.export}\");"] + writes + ["var __a = Call(__q);"] + reads
+    lines += [f"var __r = {read};", "__a.End();", "return __r;"] if read else ["__a.End();"]
+    body = "".join(f"            {line}\n" for line in lines)
+    return f"        public {rtype} {op.export}({', '.join(params)})\n        {{\n{body}        }}\n"
+
+
+def emit_remote(cat, wire_signature):
+    out = [HEADER, "namespace TvApic.Remote\n{\n", "    public partial class Client\n    {\n"]
+    out += [remote_method(op, wire_signature) for op in cat.ops() if op.interface.remote]
+    out.append("    }\n}\n")
+    return "".join(out)
+
+
+def outputs(cat, events, wire_signature):
+    return {
+        "Native.g.cs": lambda: emit_native(cat, events),
+        "Objects.g.cs": lambda: emit_objects(cat, events),
+        "Remote.g.cs": lambda: emit_remote(cat, wire_signature),
+    }

@@ -1,0 +1,125 @@
+"""Emits tvAPIC.catalogue.json: the whole API as data, for generators of
+bindings in any language (docs/catalogue-json.md gives the schema).
+
+Everything here is read from the checked catalogue and events models; the
+wire signatures come from the bridge's generator through the function
+`wire_signature` (op -> (request kinds, response kinds)), so that the data
+says exactly what the server reads and writes.
+"""
+
+import json
+
+from . import events as ev
+from . import families
+from .ctypes_map import c_param, c_result, c_signature
+from .wire_view import travelling
+
+FORMAT = "tvAPIC catalogue"
+VERSION = 1
+
+
+def type_data(t):
+    """A catalogue type as {"kind", and "interface" | "enum" | "family" (+ "element") | "value"}."""
+    data = {"kind": t.kind}
+    if t.kind == "object":
+        data["interface"] = t.name
+    elif t.kind == "enum":
+        data["enum"] = t.name
+    elif t.kind == "vector":
+        data["family"] = t.name
+        if t.element:
+            data["element"] = t.element
+    elif t.kind == "value":
+        data["value"] = t.name
+    return data
+
+
+def ownership(t):
+    """What the caller owns of a result and gives back how (the schema lists the words)."""
+    if t.kind == "text":
+        return "free"
+    if t.kind == "object":
+        return "release"
+    if t.kind == "vector":
+        return "delete"
+    if t.kind == "value":
+        return "always-null"
+    return "none"
+
+
+def operation_data(op, wire_signature):
+    result, params = c_signature(op)
+    data = {
+        "name": op.name,
+        "export": op.export,
+        "c_signature": f"{result} {op.export}({params})",
+        "result": dict(type_data(op.result), c_type=c_result(op.result), ownership=ownership(op.result)),
+        "params": [dict(type_data(p.type), name=p.name, mode=p.mode or "in", c_type=c_param(p)) for p in op.params],
+        "remote": op.interface.remote,
+        "wire": None,
+    }
+    if op.interface.remote:
+        carried, response = travelling(op, wire_signature)
+        data["wire"] = {"request": [{"param": p.name if p else "handle", "kind": kind} for p, kind in carried],
+                        "response": response}
+    return data
+
+
+def callback_param_data(p):
+    return dict(type_data(p.type), name=p.name, inout=p.inout, c_type=ev.c_param(p))
+
+
+def event_data(e):
+    params = ", ".join(f"{ev.c_param(p)} {p.name}" for p in e.params) or "void"
+    return {
+        "name": e.name,
+        "export": e.export,
+        "c_signature": f"void {e.export}({ev.registration_params(e)})",
+        "callback": {
+            "type": e.callback_type,
+            "c_signature": f"typedef {ev.c_result(e.result)} (*{e.callback_type})({params})",
+            "result": dict(type_data(e.result), c_type=ev.c_result(e.result)),
+            "params": [callback_param_data(p) for p in e.params],
+        },
+    }
+
+
+def base_functions():
+    """The handle base, vector and value functions: (export, C signature)."""
+    out = [("IAPIObject_AddRef", "int IAPIObject_AddRef(void* handle)"),
+           ("IAPIObject_Release", "int IAPIObject_Release(void* handle)"),
+           ("IAPIObject_IsSameObjects", "bool IAPIObject_IsSameObjects(void* first, void* second)")]
+    out += [(name, f"{result} {name}({params})") for result, name, params in families.container_prototypes()]
+    return out
+
+
+def describe(cat, events, wire_signature):
+    """The catalogue as plain data (what the JSON file holds)."""
+    return {
+        "format": FORMAT,
+        "version": VERSION,
+        "functions": [{"export": name, "c_signature": sig} for name, sig in base_functions()],
+        "families": [{"name": f.name, "element_c_type": f.element, "members": list(f.members)}
+                     for f in families.FAMILIES],
+        "interfaces": [{"name": i.name, "iid": i.iid, "group": i.group, "root": i.root, "remote": i.remote,
+                        "operations": [operation_data(op, wire_signature) for op in i.ops]}
+                       for i in cat.interfaces.values()],
+        "event_sources": [{"name": s.name, "kind": s.kind, "keyed": s.keyed, "events": [event_data(e) for e in s.events]}
+                          for s in events.sources.values()],
+    }
+
+
+def _layout(value, indent=""):
+    """JSON with one line per function, operation and event: readable and
+    diffable, and quick to write (the library's own encoder does each line)."""
+    inner = indent + " "
+    if isinstance(value, list) and any(isinstance(v, dict) for v in value):
+        return "[\n" + ",\n".join(inner + _layout(v, inner) for v in value) + "\n" + indent + "]"
+    if isinstance(value, dict) and any(isinstance(v, list) and v and isinstance(v[0], dict) for v in value.values()):
+        items = (f"{inner}{json.dumps(k)}: {_layout(v, inner)}" for k, v in value.items())
+        return "{\n" + ",\n".join(items) + "\n" + indent + "}"
+    return json.dumps(value, ensure_ascii=False)
+
+
+def emit(cat, events, wire_signature):
+    return _layout(describe(cat, events, wire_signature)) + "\n"
