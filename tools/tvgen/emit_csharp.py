@@ -60,11 +60,12 @@ def handle_name(op):
 
 
 def class_name(interface):
+    """The .NET type an argument of an interface takes: any object where the signature leaves it open."""
     return "ApiObject" if interface == "IAPIObject" else interface
 
 
 def factory(interface):
-    return "IAPIObject.From" if interface == "IAPIObject" else f"{interface}.From"
+    return f"{interface}.From"
 
 
 # Native ---------------------------------------------------------------------
@@ -184,7 +185,7 @@ def _vector_arg(m, p, n):
 def _out_arg(m, p, n):
     t, name = p.type, ident(p.name)
     if t.kind == "object":
-        m.params.append(f"out {class_name(t.name)} {name}")
+        m.params.append(f"out {t.name} {name}")
         m.before.append(f"IntPtr __o{n} = IntPtr.Zero;")
         m.after.append(f"{name} = {factory(t.name)}(__o{n});")
         return f"ref __o{n}"
@@ -231,12 +232,12 @@ def result_type(t):
     if t.kind == "text":
         return "string"
     if t.kind == "object":
-        return class_name(t.name)
+        return t.name
     if t.kind == "vector":
         if t.name == "ObjectReferenceVector":
-            return f"{class_name(t.element)}[]"
+            return f"{t.element}[]"
         if t.name == "ObjectReferenceVectorVector":
-            return f"{class_name(t.element)}[][]"
+            return f"{t.element}[][]"
         return ELEMENTS[t.name] + "[]"
     return "object" if t.name == "PropertyValue" else "IntPtr"
 
@@ -292,9 +293,9 @@ def handler_param(p):
     t = p.type
     kind = p.kind
     if kind == "object":
-        return class_name(t.name)
+        return t.name
     if kind == "ObjectReferenceVector":
-        return f"{class_name(t.element)}[]"
+        return f"{t.element}[]"
     if kind == "Int32Vector":
         return "int[]"
     if kind == "StringVector":

@@ -1,0 +1,162 @@
+using System;
+using System.Collections.Generic;
+using System.IO;
+using System.Runtime.InteropServices;
+using TvApic;
+using TvApic.Objects;
+
+// The object layer in this process against the simulated host: a drawing
+// with a segment, saved and opened again, the events on the way, and every
+// reference given back at the end.
+static class InProcessTest
+{
+    [DllImport("tvsim")] static extern void tvsim_start();
+    [DllImport("tvsim")] static extern void tvsim_stop();
+
+    const string Author = "Ἀριστοτέλης \U0001D11E";   // outside the BMP: a surrogate pair in UTF-16
+    const string FileName = "Чертёж.tvd";
+
+    public static void Run()
+    {
+        string folder = Path.Combine(Path.GetTempPath(), "tvapic-dotnet-" + Guid.NewGuid().ToString("N"));
+        Directory.CreateDirectory(folder);
+        tvsim_start();
+        try
+        {
+            References();
+            Scene(Path.Combine(folder, FileName));
+        }
+        finally
+        {
+            Check.Equal(0L, ApiObject.Outstanding, "references still held by objects of the binding");
+            Check.Equal(0, Handlers.Count, "callbacks still kept after RemoveAllHandlers");
+            if (ApiObject.Outstanding == 0) tvsim_stop();   // stopping frees what held handles point to
+            Directory.Delete(folder, true);
+        }
+    }
+
+    static int Count(ApiObject o)
+    {
+        int count = Native.IAPIObject_AddRef(o.Handle);
+        Native.IAPIObject_Release(o.Handle);
+        return count - 1;
+    }
+
+    // Each object holds one reference: Query takes another, Dispose gives one back, once.
+    static void References()
+    {
+        IDocuments documents = IApplication.GetDocuments();
+        int held = Count(documents);
+        IDocuments again = documents.Query<IDocuments>();
+        Check.Equal(held + 1, Count(documents), "Query takes a reference");
+        Check.That(again.IsSameObject(documents) && again != documents, "Query gives a new object of the same host object");
+        again.Dispose();
+        again.Dispose();
+        Check.Equal(held, Count(documents), "a second Dispose gives nothing back");
+        bool refused = false;
+        try { again.IsRecoverMode(); } catch (ObjectDisposedException) { refused = true; }
+        Check.That(refused, "a disposed object refuses calls");
+        documents.Dispose();
+    }
+
+    static void Scene(string path)
+    {
+        var createdDocuments = new List<string>();
+        var createdObjects = new List<ILineSegment>();
+        using (IAPIObject events = IApplication.Events())
+        using (IApplicationEvents applicationEvents = events.Query<IApplicationEvents>())
+        using (IDocuments documents = IApplication.GetDocuments())
+        {
+            applicationEvents.AddCreateDocumentHandler("dotnet", document => createdDocuments.Add(document.GetName()));
+            double length;
+            using (ITavraDocument document = documents.Add(1, true))
+            using (ITavraDocument2D drawing = document.Query<ITavraDocument2D>())
+            {
+                Check.Sequence(new[] { document.GetName() }, createdDocuments, "CreateDocument received the new document");
+                document.SetAuthor(Author);
+                Check.Equal(Author, document.GetAuthor(), "text through SetAuthor and GetAuthor");
+
+                using (IAPIObject objectEvents = drawing.GetObject2DEvents("dotnet"))
+                using (IDrawingObjectEvents drawingEvents = objectEvents.Query<IDrawingObjectEvents>())
+                {
+                    // A handler keeps what it receives only through a reference of its own.
+                    drawingEvents.AddCreateObjectHandler(objects =>
+                    {
+                        foreach (IDrawingObject o in objects) createdObjects.Add(o.Query<ILineSegment>());
+                        return true;
+                    });
+                    length = DrawSegments(drawing, createdObjects);
+                    drawingEvents.RemoveAllHandlers();
+                }
+                double x1 = -1, y1 = -1, x2 = -1, y2 = -1;
+                Check.That(document.GetDocumentGabarit(ref x1, ref y1, ref x2, ref y2), "GetDocumentGabarit answers");
+                Check.Sequence(new[] { 0.0, 0.0, 210.0, 297.0 }, new[] { x1, y1, x2, y2 }, "the A4 sheet through out-parameters");
+                Check.That(document.SaveAs(path), "SaveAs " + path);
+                Check.Equal(FileName, document.GetName(), "the saved document's name");
+                Check.That(document.Close(false), "Close");
+            }
+            foreach (ILineSegment s in createdObjects) s.Dispose();
+            Reopen(documents, path, length);
+            applicationEvents.RemoveAllHandlers("dotnet");
+        }
+    }
+
+    static double DrawSegments(ITavraDocument2D drawing, List<ILineSegment> created)
+    {
+        using (IViewsAndLayersManager manager = drawing.GetViewsAndLayersManager())
+        using (IViews views = manager.GetViews())
+        using (IView view = views.GetActiveView())
+        using (IDrawingContainer container = view.Query<IDrawingContainer>())
+        using (ILineSegments segments = container.GetLineSegments())
+        using (ILineSegment first = segments.Add())
+        using (ILineSegment second = segments.Add())
+        {
+            first.SetX2(120.0);
+            first.SetY2(50.0);
+            second.SetX1(120.0);
+            Check.Equal(130.0, first.GetLength(), "the first segment's length");
+            Check.Equal(2, created.Count, "CreateObject ran for each Add");
+            Check.That(created.Count == 2 && created[0].IsSameObject(first), "the handler's object is the segment added");
+
+            // Objects in and out through C vectors: copies of both segments, then destroyed.
+            using (IDrawingObject firstObject = first.Query<IDrawingObject>())
+            using (IDrawingObject secondObject = second.Query<IDrawingObject>())
+            {
+                IDrawingObject[] copies = drawing.CopyObjects(drawing, new[] { firstObject, secondObject });
+                Check.Equal(2, copies == null ? -1 : copies.Length, "CopyObjects answers one copy per object");
+                Check.That(drawing.DestroyObjects(copies), "DestroyObjects takes the copies");
+                foreach (IDrawingObject copy in copies) copy.Dispose();
+                Check.Equal(4, created.Count, "CreateObject ran for the copies");
+            }
+            IDrawingObject[] drawn = container.GetObjects();
+            Check.Equal(2, drawn.Length, "GetObjects: the two segments");
+            foreach (IDrawingObject o in drawn) o.Dispose();
+            return first.GetLength();
+        }
+    }
+
+    static void Reopen(IDocuments documents, string path, double length)
+    {
+        using (ITavraDocument document = documents.Open(path, true, false))
+        {
+            Check.That(document != null, "Open " + path);
+            if (document == null) return;
+            Check.Equal(Author, document.GetAuthor(), "the author read back from the file");
+            using (ITavraDocument2D drawing = document.Query<ITavraDocument2D>())
+            using (IViewsAndLayersManager manager = drawing.GetViewsAndLayersManager())
+            using (IViews views = manager.GetViews())
+            using (IView view = views.GetActiveView())
+            using (IDrawingContainer container = view.Query<IDrawingContainer>())
+            using (ILineSegments segments = container.GetLineSegments())
+            using (ILineSegment first = segments.GetLineSegment(0))
+            {
+                Check.Equal(length, first == null ? -1 : first.GetLength(), "the first segment read back");
+            }
+            int active = -1;
+            Check.Sequence(new[] { "Base" }, documents.GetLoadCombinations(path, ref active),
+                           "a string vector result: the file's load combinations");
+            Check.Equal(0, active, "the active load combination through an out-parameter");
+            Check.That(document.Close(false), "Close the opened document");
+        }
+    }
+}
