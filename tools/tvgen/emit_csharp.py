@@ -161,6 +161,13 @@ class Method:
         self.params, self.before, self.args, self.after = [], [], [], []
         self.uses_call = False
 
+    def through(self, param, before, after, arg):
+        """A parameter passed through a local: set before the call, read back after it."""
+        self.params.append(param)
+        self.before.append(before)
+        self.after.append(after)
+        return arg
+
 
 def _vector_arg(m, p, n):
     t = p.type
@@ -174,10 +181,9 @@ def _vector_arg(m, p, n):
         return f"__call.ObjectReferenceVectorVector({ident(p.name)})"
     element = ELEMENTS[t.name]
     if p.mode == "inout":
-        m.params.append(f"ref {element}[] {ident(p.name)}")
-        m.before.append(f"IntPtr __v{n} = __call.{t.name}({ident(p.name)});")
-        m.after.append(f"{ident(p.name)} = Vectors.Read{t.name}(__v{n});")
-        return f"__v{n}"
+        name = ident(p.name)
+        return m.through(f"ref {element}[] {name}", f"IntPtr __v{n} = __call.{t.name}({name});",
+                         f"{name} = Vectors.Read{t.name}(__v{n});", f"__v{n}")
     m.params.append(f"{element}[] {ident(p.name)}")
     return f"__call.{t.name}({ident(p.name)})"
 
@@ -185,15 +191,10 @@ def _vector_arg(m, p, n):
 def _out_arg(m, p, n):
     t, name = p.type, ident(p.name)
     if t.kind == "object":
-        m.params.append(f"out {t.name} {name}")
-        m.before.append(f"IntPtr __o{n} = IntPtr.Zero;")
-        m.after.append(f"{name} = {factory(t.name)}(__o{n});")
-        return f"ref __o{n}"
+        return m.through(f"out {t.name} {name}", f"IntPtr __o{n} = IntPtr.Zero;",
+                         f"{name} = {factory(t.name)}(__o{n});", f"ref __o{n}")
     if t.kind == "bool":
-        m.params.append(f"ref bool {name}")
-        m.before.append(f"int __b{n} = {name} ? 1 : 0;")
-        m.after.append(f"{name} = __b{n} != 0;")
-        return f"ref __b{n}"
+        return m.through(f"ref bool {name}", f"int __b{n} = {name} ? 1 : 0;", f"{name} = __b{n} != 0;", f"ref __b{n}")
     m.params.append(f"ref {_SCALAR[t.kind]} {name}")
     return f"ref {name}"
 

@@ -30,12 +30,19 @@ namespace TvApic
             return vector;
         }
 
-        IntPtr Int32s(string family, int[] items, Func<ulong, IntPtr> create, Action<IntPtr> delete)
+        // A vector of plain elements, copied in one block by `copy` (one of Marshal.Copy's overloads).
+        IntPtr Copied<T>(string family, T[] items, Func<ulong, IntPtr> create, Action<IntPtr> delete,
+                         Action<T[], int, IntPtr, int> copy)
         {
             if (items == null) return IntPtr.Zero;
             IntPtr vector = Made(family, items.Length, create, delete);
-            if (items.Length > 0) Marshal.Copy(items, 0, Vectors.Data(vector), items.Length);
+            if (items.Length > 0) copy(items, 0, Vectors.Data(vector), items.Length);
             return vector;
+        }
+
+        IntPtr Int32s(string family, int[] items, Func<ulong, IntPtr> create, Action<IntPtr> delete)
+        {
+            return Copied(family, items, create, delete, Marshal.Copy);
         }
 
         static int[] Bits(uint[] items)
@@ -57,38 +64,19 @@ namespace TvApic
             return Int32s("BoolVector", bits, Native.BoolVector_Create, Native.BoolVector_Delete);
         }
 
-        public IntPtr FloatVector(float[] items)
-        {
-            if (items == null) return IntPtr.Zero;
-            IntPtr vector = Made("FloatVector", items.Length, Native.FloatVector_Create, Native.FloatVector_Delete);
-            if (items.Length > 0) Marshal.Copy(items, 0, Vectors.Data(vector), items.Length);
-            return vector;
-        }
-
-        public IntPtr DoubleVector(double[] items)
-        {
-            if (items == null) return IntPtr.Zero;
-            IntPtr vector = Made("DoubleVector", items.Length, Native.DoubleVector_Create, Native.DoubleVector_Delete);
-            if (items.Length > 0) Marshal.Copy(items, 0, Vectors.Data(vector), items.Length);
-            return vector;
-        }
+        public IntPtr FloatVector(float[] items) { return Copied("FloatVector", items, Native.FloatVector_Create, Native.FloatVector_Delete, Marshal.Copy); }
+        public IntPtr DoubleVector(double[] items) { return Copied("DoubleVector", items, Native.DoubleVector_Create, Native.DoubleVector_Delete, Marshal.Copy); }
+        public IntPtr Uint8Vector(byte[] items) { return Copied("Uint8Vector", items, Native.Uint8Vector_Create, Native.Uint8Vector_Delete, Marshal.Copy); }
 
         public IntPtr NumericIdVector(ulong[] items)
         {
-            if (items == null) return IntPtr.Zero;
-            IntPtr vector = Made("NumericIdVector", items.Length, Native.NumericIdVector_Create, Native.NumericIdVector_Delete);
-            var bits = new long[items.Length];
-            Buffer.BlockCopy(items, 0, bits, 0, items.Length * 8);
-            if (items.Length > 0) Marshal.Copy(bits, 0, Vectors.Data(vector), items.Length);
-            return vector;
-        }
-
-        public IntPtr Uint8Vector(byte[] items)
-        {
-            if (items == null) return IntPtr.Zero;
-            IntPtr vector = Made("Uint8Vector", items.Length, Native.Uint8Vector_Create, Native.Uint8Vector_Delete);
-            if (items.Length > 0) Marshal.Copy(items, 0, Vectors.Data(vector), items.Length);
-            return vector;
+            long[] bits = null;
+            if (items != null)
+            {
+                bits = new long[items.Length];
+                Buffer.BlockCopy(items, 0, bits, 0, items.Length * 8);
+            }
+            return Copied("NumericIdVector", bits, Native.NumericIdVector_Create, Native.NumericIdVector_Delete, Marshal.Copy);
         }
 
         /// <summary>Texts are copied in by StringVector_Set and belong to the vector; null is the empty text.</summary>

@@ -20,19 +20,17 @@ namespace TvApic
 
         public static IntPtr Data(IntPtr vector) { return Marshal.ReadIntPtr(vector, 8); }
 
-        static IntPtr[] Pointers(IntPtr vector)
+        // The elements of a vector of plain elements, copied in one block by
+        // `copy` (one of Marshal.Copy's overloads).
+        static T[] Copied<T>(IntPtr vector, Action<IntPtr, T[], int, int> copy)
         {
-            var items = new IntPtr[Size(vector)];
-            if (items.Length > 0) Marshal.Copy(Data(vector), items, 0, items.Length);
+            var items = new T[Size(vector)];
+            if (items.Length > 0) copy(Data(vector), items, 0, items.Length);
             return items;
         }
 
-        static int[] Int32s(IntPtr vector)
-        {
-            var items = new int[Size(vector)];
-            if (items.Length > 0) Marshal.Copy(Data(vector), items, 0, items.Length);
-            return items;
-        }
+        static IntPtr[] Pointers(IntPtr vector) { return Copied<IntPtr>(vector, Marshal.Copy); }
+        static int[] Int32s(IntPtr vector) { return Copied<int>(vector, Marshal.Copy); }
 
         public static int[] ReadInt32Vector(IntPtr v) { return v == IntPtr.Zero ? null : Int32s(v); }
         public static int[] ReadEnumVector(IntPtr v) { return ReadInt32Vector(v); }
@@ -55,37 +53,16 @@ namespace TvApic
 
         public static uint[] ReadColorVector(IntPtr v) { return ReadUint32Vector(v); }
 
-        public static float[] ReadFloatVector(IntPtr v)
-        {
-            if (v == IntPtr.Zero) return null;
-            var items = new float[Size(v)];
-            if (items.Length > 0) Marshal.Copy(Data(v), items, 0, items.Length);
-            return items;
-        }
-
-        public static double[] ReadDoubleVector(IntPtr v)
-        {
-            if (v == IntPtr.Zero) return null;
-            var items = new double[Size(v)];
-            if (items.Length > 0) Marshal.Copy(Data(v), items, 0, items.Length);
-            return items;
-        }
+        public static float[] ReadFloatVector(IntPtr v) { return v == IntPtr.Zero ? null : Copied<float>(v, Marshal.Copy); }
+        public static double[] ReadDoubleVector(IntPtr v) { return v == IntPtr.Zero ? null : Copied<double>(v, Marshal.Copy); }
+        public static byte[] ReadUint8Vector(IntPtr v) { return v == IntPtr.Zero ? null : Copied<byte>(v, Marshal.Copy); }
 
         public static ulong[] ReadNumericIdVector(IntPtr v)
         {
             if (v == IntPtr.Zero) return null;
-            var bits = new long[Size(v)];
-            if (bits.Length > 0) Marshal.Copy(Data(v), bits, 0, bits.Length);
+            long[] bits = Copied<long>(v, Marshal.Copy);
             var items = new ulong[bits.Length];
             Buffer.BlockCopy(bits, 0, items, 0, bits.Length * 8);
-            return items;
-        }
-
-        public static byte[] ReadUint8Vector(IntPtr v)
-        {
-            if (v == IntPtr.Zero) return null;
-            var items = new byte[Size(v)];
-            if (items.Length > 0) Marshal.Copy(Data(v), items, 0, items.Length);
             return items;
         }
 
