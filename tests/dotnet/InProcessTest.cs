@@ -24,6 +24,7 @@ static class InProcessTest
         try
         {
             References();
+            CallbackWrites();
             Scene(Path.Combine(folder, FileName));
         }
         finally
@@ -59,6 +60,31 @@ static class InProcessTest
         documents.Dispose();
     }
 
+    // What a handler writes goes back through the callback's own memory: a
+    // text slot, a list whose contents are exchanged for new ones.
+    static void CallbackWrites()
+    {
+        IntPtr slot = Marshal.AllocHGlobal(IntPtr.Size);
+        Marshal.WriteIntPtr(slot, IntPtr.Zero);
+        Text.ToSlot(slot, null);
+        Check.Equal(IntPtr.Zero, Marshal.ReadIntPtr(slot), "no text written: the slot stays empty");
+        Text.ToSlot(slot, "été \U0001D11E");
+        Check.Equal("été \U0001D11E", Text.Borrow(Marshal.ReadIntPtr(slot)), "a text written to the slot");
+        Marshal.FreeHGlobal(slot);
+
+        IntPtr list = Native.StringVector_Create(2);
+        Native.StringVector_Set(list, 0, "a");
+        Native.StringVector_Set(list, 1, "b");
+        IntPtr block = Vectors.Data(list);
+        Vectors.ReplaceStrings(list, new[] { "a", "b" });
+        Check.Equal(block, Vectors.Data(list), "an unchanged list keeps its block");
+        Vectors.ReplaceStrings(list, new[] { "Ä", null, "c" });
+        Check.Sequence(new[] { "Ä", "", "c" }, Vectors.ReadStringVector(list), "a longer list written back");
+        Vectors.ReplaceStrings(list, null);
+        Check.Sequence(new string[0], Vectors.ReadStringVector(list), "no list: the empty list");
+        Native.StringVector_Delete(list);
+    }
+
     static void Scene(string path)
     {
         var createdDocuments = new List<string>();
@@ -85,8 +111,15 @@ static class InProcessTest
                         foreach (IDrawingObject o in objects) createdObjects.Add(o.Query<ILineSegment>());
                         return true;
                     });
+                    // A handler's exception stays on this side of the host.
+                    var thrown = new List<string>();
+                    Handlers.OnException = (export, e) => thrown.Add(export + ": " + e.Message);
+                    drawingEvents.AddCreateObjectHandler(objects => { throw new InvalidOperationException("refused"); });
                     length = DrawSegments(drawing, createdObjects);
                     drawingEvents.RemoveAllHandlers();
+                    Check.Equal(3, thrown.Count, "a throwing handler reported for each CreateObject");
+                    Check.That(thrown.TrueForAll(t => t == "IDrawingObjectEvents_AddCreateObjectHandler: refused"),
+                               "the exception reported with its registration");
                 }
                 double x1 = -1, y1 = -1, x2 = -1, y2 = -1;
                 Check.That(document.GetDocumentGabarit(ref x1, ref y1, ref x2, ref y2), "GetDocumentGabarit answers");

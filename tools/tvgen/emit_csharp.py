@@ -314,6 +314,15 @@ def handler_type(e):
     return f"{e.source.name}_{e.name}Handler"
 
 
+# What a callback may write, passed to the handler through a local: the
+# local's declaration before the call and its write-back after it.
+_WRITABLE = {
+    "StringVector": ("string[] {t} = Vectors.ReadStringVector({p});", "Vectors.ReplaceStrings({p}, {t});"),
+    "text": ("string {t} = null;", "Text.ToSlot({p}, {t});"),   # the callback does not see the host's text
+    "bool": ("bool {t} = {p} != 0;", "{p} = {t} ? 1 : 0;"),
+}
+
+
 def adapter(e):
     """The lambda that the library calls: C arguments to .NET ones, the
     handler, its result back. What it lends is given back when it returns."""
@@ -327,20 +336,13 @@ def adapter(e):
             args.append(f"__lent.Objects({name}, {factory(p.type.element)})")
         elif kind == "Int32Vector":
             args.append(f"Vectors.ReadInt32Vector({name})")
-        elif kind == "StringVector":
-            before.append(f"string[] __l{n} = Vectors.ReadStringVector({name});")
-            args.append(f"ref __l{n}")
-            after.append(f"Vectors.ReplaceStrings({name}, __l{n});")
-        elif kind == "text" and p.inout:
-            before.append(f"string __s{n} = null;")
-            args.append(f"ref __s{n}")
-            after.append(f"Text.ToSlot({name}, __s{n});")
+        elif p.inout and kind in _WRITABLE:
+            declare, write_back = _WRITABLE[kind]
+            before.append(declare.format(t=f"__w{n}", p=name))
+            args.append(f"ref __w{n}")
+            after.append(write_back.format(t=f"__w{n}", p=name))
         elif kind == "text":
             args.append(f"Text.Borrow({name})")
-        elif kind == "bool" and p.inout:
-            before.append(f"bool __b{n} = {name} != 0;")
-            args.append(f"ref __b{n}")
-            after.append(f"{name} = __b{n} ? 1 : 0;")
         elif kind == "bool":
             args.append(f"{name} != 0")
         else:
