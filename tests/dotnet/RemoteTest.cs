@@ -75,6 +75,10 @@ static class RemoteTest
         c.ITavraDocument_SetAuthor(document, "Ἀριστοτέλης \U0001D11E");
         Check.Equal("Ἀριστοτέλης \U0001D11E", c.ITavraDocument_GetAuthor(document), "text as UTF-8 both ways");
         Check.Equal("", c.ITavraDocument_GetName(0), "the null handle's text: empty");
+        bool refused = false;
+        try { c.ITavraDocument_SetAuthor(document, "\uD800"); } catch (ArgumentException) { refused = true; }
+        Check.That(refused, "text UTF-8 cannot carry is refused before anything is sent");
+        Check.Equal("Ἀριστοτέλης \U0001D11E", c.ITavraDocument_GetAuthor(document), "the refused text changed nothing");
 
         // Slots: a value goes in and the function's comes back; null sends none.
         double? x1 = -1, y1 = null, x2 = -1, y2 = -1;

@@ -38,7 +38,12 @@ namespace TvApic.Remote
         /// <summary>Null is the empty text.</summary>
         public void Text(string value)
         {
-            byte[] utf8 = Utf8.GetBytes(value ?? "");
+            byte[] utf8;
+            try { utf8 = Utf8.GetBytes(value ?? ""); }
+            catch (EncoderFallbackException)
+            {
+                throw new ArgumentException(Name + ": a text argument holds an unpaired surrogate, which UTF-8 cannot carry");
+            }
             writer.Write((ulong)utf8.Length);
             writer.Write(utf8);
         }
