@@ -124,6 +124,9 @@ static class InProcessTest
                 double x1 = -1, y1 = -1, x2 = -1, y2 = -1;
                 Check.That(document.GetDocumentGabarit(ref x1, ref y1, ref x2, ref y2), "GetDocumentGabarit answers");
                 Check.Sequence(new[] { 0.0, 0.0, 210.0, 297.0 }, new[] { x1, y1, x2, y2 }, "the A4 sheet through out-parameters");
+                string[] files = { "stale" };
+                Check.Equal(0, document.GetExternalFilesNames(false, ref files), "GetExternalFilesNames");
+                Check.Sequence(new string[0], files, "an in/out list refilled by the host");
                 Check.That(document.SaveAs(path), "SaveAs " + path);
                 Check.Equal(FileName, document.GetName(), "the saved document's name");
                 Check.That(document.Close(false), "Close");
@@ -161,6 +164,9 @@ static class InProcessTest
                 foreach (IDrawingObject copy in copies) copy.Dispose();
                 Check.Equal(4, created.Count, "CreateObject ran for the copies");
             }
+            using (IDrawingObject firstObject = first.Query<IDrawingObject>())
+            using (IDrawingObject found = drawing.GetObjectById(new[] { (ulong)firstObject.GetId() }))
+                Check.That(found != null && found.IsSameObject(first), "GetObjectById: a NumericIdVector argument");
             IDrawingObject[] drawn = container.GetObjects();
             Check.Equal(2, drawn.Length, "GetObjects: the two segments");
             foreach (IDrawingObject o in drawn) o.Dispose();
