@@ -165,8 +165,8 @@ static class InProcessTest
                 Check.Equal(4, created.Count, "CreateObject ran for the copies");
             }
             using (IDrawingObject firstObject = first.Query<IDrawingObject>())
-            using (IDrawingObject found = drawing.GetObjectById(new[] { (ulong)firstObject.GetId() }))
-                Check.That(found != null && found.IsSameObject(first), "GetObjectById: a NumericIdVector argument");
+            using (IDrawingObject found = drawing.GetObjectById(new[] { firstObject.GetId() }))
+                Check.That(found != null && found.IsSameObject(first), "GetObjectById: a DoubleVector argument");
             IDrawingObject[] drawn = container.GetObjects();
             Check.Equal(2, drawn.Length, "GetObjects: the two segments");
             foreach (IDrawingObject o in drawn) o.Dispose();
