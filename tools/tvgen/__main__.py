@@ -19,7 +19,7 @@ from . import events as events_mod
 from . import families, stats
 from . import emit_bridge, emit_events, emit_exports, emit_header, emit_probes, emit_python, emit_sim, emit_sweep, emit_tvapi
 from . import emit_apidoc, emit_pynative, emit_pyobjects, emit_stubs, protocol_doc
-from . import emit_csharp, emit_json
+from . import emit_csharp_native, emit_csharp_objects, emit_csharp_remote, emit_json
 
 GROUPS = ["application", "drawing", "model", "reports", "ui"]
 
@@ -48,8 +48,9 @@ def outputs(cat, events):
     for rel, make in emit_stubs.outputs(cat, events).items():
         files[f"python/tvapic/{rel}"] = make
     files["tvAPIC.catalogue.json"] = lambda: emit_json.emit(cat, events, emit_bridge.wire_signature)
-    for rel, make in emit_csharp.outputs(cat, events, emit_bridge.wire_signature).items():
-        files[f"dotnet/{rel}"] = make
+    files["dotnet/Native.g.cs"] = lambda: emit_csharp_native.emit(cat, events)
+    files["dotnet/Objects.g.cs"] = lambda: emit_csharp_objects.emit(cat, events)
+    files["dotnet/Remote.g.cs"] = lambda: emit_csharp_remote.emit(cat, emit_bridge.wire_signature)
     files["exports.map"] = lambda: version_script(cat, events)
     files["sweep/cases.cpp"] = lambda: emit_sweep.emit_index(cat)
     files.update(emit_events.outputs(cat, events))

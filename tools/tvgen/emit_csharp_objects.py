@@ -1,27 +1,9 @@
-"""Emits the C# binding's generated half: TvApic.Native, TvApic.Objects and
-the remote client's methods (clients/dotnet has the hand-written half).
+"""Emits TvApic.Objects (dotnet/Objects.g.cs): one class per interface over
+TvApic.Native. Arguments and results are converted (text copied and freed,
+vectors to arrays and deleted with their family's _Delete, handles wrapped in
+objects that hold one reference), handlers are .NET delegates."""
 
-    Native.g.cs    one [DllImport] per export, as exported: handles, vectors
-                   and returned text as IntPtr, text arguments as UTF-16
-                   strings, the C callback types as delegates
-    Objects.g.cs   one class per interface; arguments and results converted
-                   (text copied and freed, vectors to arrays and deleted,
-                   handles wrapped), handlers as .NET delegates
-    Remote.g.cs    one method of TvApic.Remote.Client per remotable function,
-                   from the wire signatures handed in as `wire_signature`
-"""
-
-from . import events as ev
-from . import families
-from .wire_view import travelling
-
-HEADER = "// Generated from the catalogue by tools/tvgen; do not edit.\n"
-
-KEYWORDS = set("""abstract as base bool break byte case catch char checked class const continue decimal default
-delegate do double else enum event explicit extern false finally fixed float for foreach goto if implicit in int
-interface internal is lock long namespace new null object operator out override params private protected public
-readonly ref return sbyte sealed short sizeof stackalloc static string struct switch this throw true try typeof uint
-ulong unchecked unsafe ushort using virtual void volatile while""".split())
+from .csharp_map import HEADER, callback_native_param, ident
 
 # Members the binding gives every object class: no operation may take their names.
 RESERVED = {"Dispose", "Handle", "Query", "IsSameObject", "Interface", "From", "Iid", "Finalize", "MemberwiseClone",
@@ -30,13 +12,6 @@ RESERVED = {"Dispose", "Handle", "Query", "IsSameObject", "Interface", "From", "
 # same shape hides them (`new`), as ITavraAPIObject.GetType() does.
 OBJECT_MEMBERS = {"GetType": 0, "ToString": 0, "GetHashCode": 0, "Equals": 1}
 
-LPWSTR = "[MarshalAs(UnmanagedType.LPWStr)] string"
-BOOL_RESULT = "[return: MarshalAs(UnmanagedType.I1)] "
-
-# C types of the handle base, vector and value functions.
-_RAW = {"void": "void", "int": "int", "uint64_t": "ulong", "int32_t": "int", "uint32_t": "uint", "uint8_t": "byte",
-        "float": "float", "double": "double", "const tvWChar*": LPWSTR}
-
 # Element types of the vector families as .NET arrays hold them.
 ELEMENTS = {"BoolVector": "bool", "ColorVector": "uint", "EnumVector": "int", "Int32Vector": "int",
             "Uint32Vector": "uint", "FloatVector": "float", "DoubleVector": "double", "NumericIdVector": "ulong",
@@ -44,19 +19,6 @@ ELEMENTS = {"BoolVector": "bool", "ColorVector": "uint", "EnumVector": "int", "I
             "AttributeValueVector": "object", "StorageValueVector": "object"}
 
 _SCALAR = {"bool": "bool", "int": "int", "enum": "int", "int64": "ulong", "double": "double"}
-_NATIVE_SCALAR = {"bool": "int", "int": "int", "enum": "int", "int64": "ulong", "double": "double"}
-
-
-def ident(name):
-    return "@" + name if name in KEYWORDS else name
-
-
-def handle_name(op):
-    own = {p.name for p in op.params}
-    name = "handle"
-    while name in own:
-        name += "_"
-    return name
 
 
 def class_name(interface):
@@ -67,91 +29,6 @@ def class_name(interface):
 def factory(interface):
     return f"{interface}.From"
 
-
-# Native ---------------------------------------------------------------------
-
-def native_param(p):
-    t = p.type
-    if p.mode == "out":
-        return "ref IntPtr" if t.kind == "object" else f"ref {_NATIVE_SCALAR[t.kind]}"
-    if t.kind in _NATIVE_SCALAR:
-        return _NATIVE_SCALAR[t.kind]
-    return LPWSTR if t.kind == "text" else "IntPtr"
-
-
-def native_result(t):
-    if t.kind == "void":
-        return "void"
-    if t.kind == "bool":
-        return BOOL_RESULT + "bool"
-    return _NATIVE_SCALAR.get(t.kind, "IntPtr")
-
-
-def _raw_type(c_type):
-    return _RAW.get(c_type, "IntPtr" if c_type.endswith("*") else None)
-
-
-def base_imports():
-    """(result, export, [(C# type, name)]) of the handle base, vector and value functions."""
-    out = [("int", "IAPIObject_AddRef", [("IntPtr", "handle")]), ("int", "IAPIObject_Release", [("IntPtr", "handle")]),
-           (BOOL_RESULT + "bool", "IAPIObject_IsSameObjects", [("IntPtr", "first"), ("IntPtr", "second")])]
-    for result, name, params in families.container_prototypes():
-        args = []
-        if params != "void":
-            for param in params.split(", "):
-                c_type, pname = param.rsplit(" ", 1)
-                args.append((_raw_type(c_type), pname))
-        out.append((_raw_type(result), name, args))
-    return out
-
-
-def callback_native_param(p):
-    if p.inout and p.kind in ("int", "bool"):
-        return "ref int"
-    return {"bool": "int", "int": "int", "uint32": "uint", "int64": "ulong", "double": "double",
-            "enum": "int"}.get(p.kind, "IntPtr")
-
-
-def callback_native_result(t):
-    return {"void": "void", "bool": "int", "enum": "int", "pointer": "IntPtr"}[t.kind]
-
-
-def registration_import(e):
-    first = "events" if e.source.kind == "events" else "handle"
-    params = [("IntPtr", first)] + ([(LPWSTR, "key")] if e.source.keyed else [])
-    return "void", e.export, params + [(e.callback_type, "callback")]
-
-
-def op_import(op):
-    params = [] if op.interface.root else [("IntPtr", handle_name(op))]
-    params += [(native_param(p), ident(p.name)) for p in op.params]
-    return native_result(op.result), op.export, params
-
-
-def imports(cat, events):
-    """Every export in header order."""
-    return (base_imports() + [op_import(op) for op in cat.ops()]
-            + [registration_import(e) for e in events.events()])
-
-
-def emit_native(cat, events):
-    out = [HEADER, "using System;\nusing System.Runtime.InteropServices;\n\nnamespace TvApic\n{\n",
-           "    public static partial class Native\n    {\n"]
-    for result, name, params in imports(cat, events):
-        args = ", ".join(f"{t} {n}" for t, n in params)
-        attribute = result[:-len("bool")] if result.startswith(BOOL_RESULT) else ""
-        out.append(f"        [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]{attribute.rstrip()}\n"
-                   f"        public static extern {result[len(attribute):]} {name}({args});\n")
-    out.append("\n        // The C callback types of the event registrations.\n")
-    for e in events.events():
-        args = ", ".join(f"{callback_native_param(p)} {ident(p.name)}" for p in e.params)
-        out.append(f"        [UnmanagedFunctionPointer(CallingConvention.Cdecl)]\n"
-                   f"        public delegate {callback_native_result(e.result)} {e.callback_type}({args});\n")
-    out.append("    }\n}\n")
-    return "".join(out)
-
-
-# Objects --------------------------------------------------------------------
 
 class Method:
     """One generated method body in parts: parameters, statements before the
@@ -431,7 +308,7 @@ def handler_delegates(events):
     return "".join(out)
 
 
-def emit_objects(cat, events):
+def emit(cat, events):
     out = [HEADER, "using System;\nusing System.Collections.Generic;\n\nnamespace TvApic.Objects\n{\n",
            "    // Handlers: objects they receive are lent for the call; Query<T>() keeps one.\n",
            handler_delegates(events), "\n"]
@@ -444,70 +321,3 @@ def emit_objects(cat, events):
                f"            {{ typeof(IAPIObject), IAPIObject.From }},\n{factories}"
                "        };\n    }\n}\n")
     return "".join(out)
-
-
-# Remote ---------------------------------------------------------------------
-
-def camel(name):
-    """IDocuments -> documents: the name of an object's handle parameter."""
-    return name[1].lower() + name[2:]
-
-
-_REQUEST = {"u64": "U64", "i32": "I32", "f64": "F64", "string": "Text", "i32 slot": "SlotI32",
-            "f64 slot": "SlotF64"}
-
-
-def remote_method(op, wire_signature):
-    carried, response = travelling(op, wire_signature)
-    own = {p.name for p, _ in carried if p}
-    params, writes, reads = [], [], []
-    for p, kind in carried:
-        if p is None:
-            name = camel(op.interface.name)
-            while name in own:
-                name += "_"
-            cs, value = "ulong", name
-        else:
-            name = ident(p.name)
-            if kind.endswith("slot"):
-                cs = {"bool": "bool?", "double": "double?"}.get(p.type.kind, "int?")
-            else:
-                cs = {"u64": "ulong", "f64": "double", "string": "string"}.get(kind)
-                cs = cs or ("bool" if p.type.kind == "bool" else "int")
-            value = name
-        if kind.endswith("slot"):
-            params.append(f"ref {cs} {name}")
-            reads.append(f"{name} = __a.{_REQUEST[kind]}({name});")
-        else:
-            params.append(f"{cs} {name}")
-        writes.append(f"__q.{_REQUEST[kind]}({value});")
-    result = op.result
-    last = response[-1] if response and not response[-1].endswith("slot") else None
-    rtype, read = "void", None
-    if last == "u64":
-        rtype, read = "ulong", "__a.U64()"
-    elif last == "i32":
-        rtype, read = ("bool", "__a.I32() != 0") if result.kind == "bool" else ("int", "__a.I32()")
-    elif last == "string":
-        rtype, read = "string", "__a.Text()"
-    elif last == "string vector":
-        rtype, read = "string[]", "__a.TextVector()"
-    lines = [f"var __q = new Request(\"{op.export}\");"] + writes + ["var __a = Call(__q);"] + reads
-    lines += [f"var __r = {read};", "__a.End();", "return __r;"] if read else ["__a.End();"]
-    body = "".join(f"            {line}\n" for line in lines)
-    return f"        public {rtype} {op.export}({', '.join(params)})\n        {{\n{body}        }}\n"
-
-
-def emit_remote(cat, wire_signature):
-    out = [HEADER, "namespace TvApic.Remote\n{\n", "    public partial class Client\n    {\n"]
-    out += [remote_method(op, wire_signature) for op in cat.ops() if op.interface.remote]
-    out.append("    }\n}\n")
-    return "".join(out)
-
-
-def outputs(cat, events, wire_signature):
-    return {
-        "Native.g.cs": lambda: emit_native(cat, events),
-        "Objects.g.cs": lambda: emit_objects(cat, events),
-        "Remote.g.cs": lambda: emit_remote(cat, wire_signature),
-    }
