@@ -24,6 +24,19 @@ def _ownership(f):
     return notes
 
 
+def _handlers(f):
+    """How an event handler parameter's callable is called."""
+    from ._native import CALLBACKS
+    notes = []
+    for name, kind in f.params:
+        if kind.startswith("callback "):
+            result, *params = CALLBACKS[kind.split()[1]]
+            args = ", ".join(f"{p.rsplit(' ', 1)[1]}: {p.rsplit(' ', 1)[0]}" for p in params)
+            notes.append(f"{name} is a Python callable, called as {name}({args}) -> {result} on the thread that "
+                         "raises the event, and kept until RemoveAllHandlers.")
+    return notes
+
+
 def describe(export):
     """The help text of a function of the library, by its exported name; ValueError for another name."""
     from . import native
@@ -34,7 +47,7 @@ def describe(export):
         raise unknown_function(export)
     f = native.function(export)   # its table entry only: the library is not loaded
     lines = [inspect.getdoc(f), ""]
-    lines += textwrap.wrap(" ".join(_ownership(f)), 100)
+    lines += textwrap.wrap(" ".join(_ownership(f) + _handlers(f)), 100)
     sig = SIGNATURES.get(export)
     if sig is None:
         lines += ["", "Remotable: no. The API Server does not serve it: it is called in process only "
