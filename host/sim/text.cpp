@@ -180,11 +180,17 @@ void SetCurrentFolder(const tvapi::WString& folder) { current_folder = folder; }
 
 const tvapi::WString& CurrentFolder() { return current_folder; }
 
+// Joined as text, with the separator the folder is written with: a client
+// reads the path back as it wrote the folder.
 tvapi::WString AgainstCurrentFolder(const tvapi::WString& path) {
     std::filesystem::path file = ToPath(path);
     if (file.empty() || !file.is_relative() || current_folder.empty()) return path;
-    tvapi::WString absolute = FromPath(ToPath(current_folder) / file);
-    return absolute.empty() ? path : absolute;
+    auto last = current_folder.find_last_of(TVAPI_TEXT("/\\"));
+    tvapi::WChar separator = last == tvapi::WString::npos
+                                 ? static_cast<tvapi::WChar>(std::filesystem::path::preferred_separator)
+                                 : current_folder[last];
+    if (last != tvapi::WString::npos && last + 1 == current_folder.size()) return current_folder + path;
+    return current_folder + separator + path;
 }
 
 void SetFilesRoot(const std::filesystem::path& root) {
