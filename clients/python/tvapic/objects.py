@@ -3,12 +3,11 @@
     from tvapic import objects
     app = objects.application()                  # in process (tvapic.native)
     app = objects.application(Client(port=8001))  # the same, through the API Server
-    documents = app.GetDocuments()
-    doc = documents.Add(1, True)                 # an ITavraDocument
+    documents = app.GetDocuments()               # an IDocuments, or None for the null object
+    doc = require(documents.Add(1, True))        # an ITavraDocument, never None (NullHandle)
     doc.SetAuthor("Ada")
     x1, y1, x2, y2, ok = doc.GetDocumentGabarit()
     drawing = doc.query("ITavraDocument2D")       # the same object through another interface
-    segments = require(view.GetLineSegments())   # typed code: an object, never None (NullHandle)
 
 One class per interface (objects.IDocuments, ...), one method per operation,
 named as the catalogue names it; help() on a method shows its parameters,
