@@ -184,7 +184,8 @@ const tvapi::WString& CurrentFolder() { return current_folder; }
 // reads the path back as it wrote the folder.
 tvapi::WString AgainstCurrentFolder(const tvapi::WString& path) {
     std::filesystem::path file = ToPath(path);
-    if (file.empty() || !file.is_relative() || current_folder.empty()) return path;
+    // "/plans/a.tvd" is relative on Windows, to the current drive: it is kept.
+    if (file.empty() || file.has_root_name() || file.has_root_directory() || current_folder.empty()) return path;
     auto last = current_folder.find_last_of(TVAPI_TEXT("/\\"));
     tvapi::WChar separator = last == tvapi::WString::npos
                                  ? static_cast<tvapi::WChar>(std::filesystem::path::preferred_separator)
