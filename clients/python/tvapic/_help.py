@@ -9,15 +9,16 @@ import textwrap
 
 def _ownership(f):
     """Sentences on what the caller owns of the answer, from the function's kinds."""
-    kinds = [f.result_kind] + [kind for _, kind in f.params if kind.startswith(("out ", "inout "))]
-    words = {word for kind in kinds for word in kind.split()}
+    from .native import _returns
+    returned = [kind for _, kind in f.params if _returns(kind)]
+    words = {word for kind in [f.result_kind] + returned for word in kind.split()}
     notes = []
     if f.result_kind.startswith("object "):
         notes.append("In process, the object returned holds one reference of its own: release() gives it back "
                      "(a with block does), or the finaliser; None is the null object.")
     if {"text", "vector"} & words:
         notes.append("Texts and lists come back as Python copies; the library's own are freed.")
-    if any(kind.startswith(("out ", "inout ")) for _, kind in f.params):
+    if returned:
         notes.append("Out-parameters are optional arguments: their values come back in a tuple, before the result.")
     if any(kind.startswith("object ") for _, kind in f.params):
         notes.append("Objects passed in stay the caller's.")
@@ -55,6 +56,6 @@ def describe(export):
         return "\n".join(lines).strip()
     lines += ["", "Remotable: yes. Through the API Server (tvapic.Client, `tvapic call`):",
               textwrap.indent(inspect.getdoc(getattr(RemoteAPI, export)), "    ")]
-    if any(item.startswith("result ") for item in sig.stays):
+    if sig.result_stays:
         lines.append("    Through tvapic.objects, the call raises tvapic.DoesNotTravel after it has run.")
     return "\n".join(lines).strip()

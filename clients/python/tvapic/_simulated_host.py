@@ -31,7 +31,7 @@ def _candidates(path):
     wanted = path or os.environ.get(ENVIRONMENT)
     if wanted:
         return [wanted]
-    library = Path(_cdll.load()[0])
+    library = Path(_cdll.loaded_path())
     beside = [str(library.parent / name) for name in _names()] if library.is_absolute() else []
     return [candidate for candidate in beside if Path(candidate).is_file()] + _names()
 
@@ -41,7 +41,7 @@ def start(path=None):
     global _started
     with _lock:
         if _started is None:
-            _cdll.load()   # the host's libraries it shares with libtvAPIC come with it
+            _cdll.load()   # first: the host's libraries it shares with libtvAPIC come with it
             errors = []
             for candidate in _candidates(path):
                 try:

@@ -157,9 +157,10 @@ def _parser():
 def main(argv=None, out=None):
     """Runs the command; its exit status."""
     args = _parser().parse_args(argv)
+    out = out or sys.stdout
     try:
-        status = _run(args, out or sys.stdout)
-        (out or sys.stdout).flush()
+        status = _run(args, out)
+        out.flush()
         return status
     except BrokenPipeError:
         # The reader went away (`tvapic list | head`): what it wanted it has.

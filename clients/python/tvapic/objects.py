@@ -121,10 +121,9 @@ class _Remote(_Backend):
                 continue
             values.append(self.unwrap(value, f"{export}(): argument {name!r}"))
         answer = _reshape(f, sig, self.client.call(export, *values))
-        if f.result_kind != "void" and sig.result is None:
-            stays = next(item for item in sig.stays if item.startswith("result "))
-            raise DoesNotTravel(f"{export} ran on the server, but its {stays.split(' ', 1)[1]} result does not "
-                                "travel back: call it in process for its value", answer)
+        if sig.result_stays:
+            raise DoesNotTravel(f"{export} ran on the server, but its {sig.result_stays} result does not travel "
+                                "back: call it in process for its value", answer)
         return answer
 
     def duplicate(self, handle):

@@ -107,6 +107,11 @@ class Signature(NamedTuple):
     def slots(self):
         return [p for p in self.params if p.is_slot]
 
+    @property
+    def result_stays(self):
+        """The catalogue type of a result that does not travel ("double"), or ""."""
+        return next((item.split(" ", 1)[1] for item in self.stays if item.startswith("result ")), "")
+
     def describe(self):
         """The signature as one line, e.g. `IDocuments_Add(documents, documentType, visible) -> u64`,
         or `ILineSegment_GetX1(lineSegment) -> nothing (does not travel: result double)`."""
