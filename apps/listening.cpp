@@ -2,7 +2,6 @@
 
 #include <utility>  // before Asio: Debian's Boost 1.74 needs it under C++20
 
-#include <boost/asio/connect.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/write.hpp>

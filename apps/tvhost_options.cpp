@@ -36,7 +36,9 @@ std::string ParseTvhostOptions(const std::vector<std::string>& arguments, Tvhost
             options.help = true;
             continue;
         }
-        std::string* text = option == "--library" ? &options.library : option == "--files" ? &options.files : nullptr;
+        std::string* text = option == "--library" ? &options.library
+                            : option == "--files" ? &options.files
+                                                  : nullptr;
         if (option != "--port" && !text) return "unknown option '" + option + "'";
         if (i + 1 == arguments.size()) return option + " needs a value";
         const std::string& value = arguments[++i];
