@@ -6,19 +6,22 @@
 #include <atomic>
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
 #include "UI_App/GuiApp.h"
+#include "listening.h"
 #include "sim/library_loader.h"
 #include "sim/main_loop.h"
 #include "sim/sim.h"
 #include "tvSys2/entry_points.h"
+#include "tvhost_options.h"
 
 #if defined(_WIN32)
 #include <windows.h>
@@ -36,13 +39,19 @@ std::string Utf8(const std::filesystem::path& path) {
     return std::string(text.begin(), text.end());
 }
 
-struct Options {
-    unsigned port = 8001;
-    std::string library = TVHOST_DEFAULT_LIBRARY;
-    // Clients reach the server over the network: the documents they save and
-    // open stay below this folder.
-    std::string files = Utf8(std::filesystem::temp_directory_path());
-};
+// The library tvhost loads unless told otherwise: installed, the one in the
+// installation's library folder; else the one built beside it.
+std::string DefaultLibrary() {
+#if defined(TVHOST_INSTALLED_LIBRARY) && !defined(_WIN32)
+    std::error_code error;
+    std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (!error) {
+        std::filesystem::path installed = program.parent_path() / TVHOST_INSTALLED_LIBRARY;
+        if (std::filesystem::is_regular_file(installed, error)) return Utf8(installed);
+    }
+#endif
+    return TVHOST_DEFAULT_LIBRARY;
+}
 
 // The command line in UTF-8. Windows hands `main` its arguments in the
 // system codepage, which cannot name every folder: they are read wide there.
@@ -59,40 +68,39 @@ std::vector<std::string> Utf8Arguments(int argc, char** argv) {
     return std::vector<std::string>(argv, argv + argc);
 }
 
-bool Parse(const std::vector<std::string>& args, Options& options) {
-    for (std::size_t i = 1; i < args.size(); ++i) {
-        const std::string& arg = args[i];
-        if (arg == "--port" && i + 1 < args.size()) {
-            const std::string& text = args[++i];
-            char* end = nullptr;
-            unsigned long port = std::strtoul(text.c_str(), &end, 10);
-            if (text.empty() || *end || port > 65535) return false;
-            options.port = static_cast<unsigned>(port);
-        } else if (arg == "--library" && i + 1 < args.size()) {
-            options.library = args[++i];
-        } else if (arg == "--files" && i + 1 < args.size()) {
-            options.files = args[++i];
-        } else {
-            return false;
-        }
-    }
-    return true;
+int Refuse(const std::string& program, const std::string& why) {
+    std::fprintf(stderr, "tvhost: %s\n%s", why.c_str(), TvhostUsage(program).c_str());
+    return 2;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    Options options;
-    if (!Parse(Utf8Arguments(argc, argv), options)) {
-        std::fprintf(stderr, "usage: %s [--port N] [--library path/to/tvAPIC] [--files folder]\n", argv[0]);
-        return 2;
+    std::vector<std::string> arguments = Utf8Arguments(argc, argv);
+    std::string program = arguments.empty() ? "tvhost" : arguments.front();
+    if (!arguments.empty()) arguments.erase(arguments.begin());
+    TvhostOptions options;
+    options.library = DefaultLibrary();
+    options.files = Utf8(std::filesystem::temp_directory_path());
+    std::string mistake = ParseTvhostOptions(arguments, options);
+    if (!mistake.empty()) return Refuse(program, mistake);
+    if (options.help) {
+        std::printf("%s", TvhostUsage(program).c_str());
+        return 0;
     }
     tvsim_start();
-    if (!tvsim_set_files_root(options.files.c_str())) {
-        std::fprintf(stderr, "tvhost: --files: the folder's name is not UTF-8\n");
-        return 2;
-    }
+    if (!tvsim_set_files_root(options.files.c_str())) return Refuse(program, "--files: the folder's name is not UTF-8");
+    if (std::string why = CheckFilesFolder(options.files); !why.empty()) return Refuse(program, why);
+
+    // The server's own failure to bind would only be written to standard
+    // error, with tvhost running on: the port is tried here first.
     std::string error;
+    std::uint16_t port = ReservePort(static_cast<std::uint16_t>(options.port), error);
+    if (!port) {
+        std::fprintf(stderr, "tvhost: cannot listen on port %u: %s\n", options.port, error.c_str());
+        return 1;
+    }
+
     LoadedLibrary library = LoadLibraryAt(options.library, error);
     if (!library) {
         std::fprintf(stderr, "tvhost: cannot load %s: %s\n", options.library.c_str(), error.c_str());
@@ -106,8 +114,16 @@ int main(int argc, char** argv) {
 
     // The host's answer "no": the port given at start is the one to use.
     ui_app_standin::SetUseStartPort(false);
-    entry->Start(static_cast<std::uint16_t>(options.port));
-    std::printf("tvhost: API Server on port %u; Ctrl-C stops it\n", options.port);
+    entry->Start(port);
+    if (!ConfirmListening(port, 5.0)) {
+        // The server thread has ended on its own, having said why: there is
+        // no server to stop, and nothing to unload in order.
+        std::fprintf(stderr, "tvhost: the API Server does not listen on port %u\n", port);
+        std::fflush(stderr);
+        std::_Exit(1);
+    }
+    // Announced only now: a client that reads this line can connect.
+    std::printf("tvhost: API Server on port %u; Ctrl-C stops it\n", port);
     std::printf("tvhost: documents are read and written below %s\n", options.files.c_str());
     std::fflush(stdout);
 

@@ -9,8 +9,9 @@
 
 namespace tvsim {
 
-Application::Application()
-    : directory_(StartDirectory()), events_(New<ApplicationEvents>()), documents_(New<Documents>(events_)) {}
+Application::Application() : events_(New<ApplicationEvents>()), documents_(New<Documents>(events_)) {
+    SetCurrentFolder(StartDirectory());
+}
 
 tvapi::WString Application::StartDirectory() {
     std::error_code error;

@@ -8,6 +8,7 @@
 #include "sim/defaults_application.h"
 #include "sim/events.h"
 #include "sim/object.h"
+#include "sim/text.h"
 
 namespace tvsim {
 
@@ -45,8 +46,9 @@ public:
                           int defaultButton, const tvapi::WString& button1Caption,
                           const tvapi::WString& button2Caption, const tvapi::WString& button3Caption,
                           bool showCheckBox, const tvapi::WString& checkBoxCaption) override;
-    tvapi::WString GetCurrentDirectory() override { return directory_; }
-    void SetCurrentDirectory(const tvapi::WString& value) override { directory_ = value; }
+    // Relative paths of every file operation resolve against it.
+    tvapi::WString GetCurrentDirectory() override { return CurrentFolder(); }
+    void SetCurrentDirectory(const tvapi::WString& value) override { SetCurrentFolder(value); }
     bool GetSystemVersion(int* major, int* minor, int* release, int* build) override;
     void SetEnableTaskAccess(bool value) override { task_access_ = value; }
     bool IsEnableTaskAccess() override { return task_access_; }
@@ -66,7 +68,6 @@ public:
 
 private:
     bool visible_ = true;
-    tvapi::WString directory_;
     tvapi::tvHideMessageEnum hide_message_{};
     bool task_access_ = true, pump_locked_ = false, quit_requested_ = false;
     ShownMessage last_message_;

@@ -117,7 +117,7 @@ bool Document::SaveAs(const tvapi::WString& fileName) {
     if (!IsOpen() || fileName.empty()) return false;
     if (Document* other = owner_->OpenAt(fileName); other && other != this) return false;
     if (!Subscribers().BeginSaveAsDocument.RaiseAllowing() || !Write(fileName)) return false;
-    path_ = fileName;
+    path_ = AgainstCurrentFolder(fileName);
     read_only_ = false;
     changed_ = false;
     Subscribers().SaveDocument.Raise();

@@ -56,8 +56,9 @@ tvapi::SmartPtr<tvapi::ITavraDocument> Documents::GetItem(int index) {
 
 Document* Documents::OpenAt(const tvapi::WString& path) const {
     if (path.empty()) return nullptr;
+    tvapi::WString absolute = AgainstCurrentFolder(path);
     for (const auto& document : open_) {
-        if (document->FullPath() == path) return document.get();
+        if (document->FullPath() == absolute) return document.get();
     }
     return nullptr;
 }
@@ -90,8 +91,10 @@ ReadResult Documents::Read(const tvapi::WString& path) {
     return file;
 }
 
-tvapi::SmartPtr<tvapi::ITavraDocument> Documents::OpenWith(const tvapi::WString& path, bool visible, bool read_only,
-                                                           const Pick& pick) {
+// A document keeps its file's path absolute: the current directory may change.
+tvapi::SmartPtr<tvapi::ITavraDocument> Documents::OpenWith(const tvapi::WString& fileName, bool visible,
+                                                           bool read_only, const Pick& pick) {
+    const tvapi::WString path = AgainstCurrentFolder(fileName);
     if (Document* already = OpenAt(path)) {
         int index = pick(already->LoadCombinations(), already->ActiveCombination());
         if (index < 0) return {};

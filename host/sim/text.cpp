@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <optional>
@@ -134,6 +135,7 @@ tvapi::WString FolderPart(const tvapi::WString& path) {
 }
 
 namespace {
+tvapi::WString current_folder;
 std::filesystem::path files_root;  // empty: no limit
 
 // The path made absolute, with links and ".." resolved as far as it exists.
@@ -142,19 +144,29 @@ std::filesystem::path Resolved(const std::filesystem::path& path, std::error_cod
     return error ? std::filesystem::path() : std::filesystem::weakly_canonical(absolute, error);
 }
 
-// The file `path` names, when it lies below the files root (symbolic links
-// and ".." resolved); nothing for an empty path, one outside the root, or
-// text that names no file on this system.
-std::optional<std::filesystem::path> Accessible(const tvapi::WString& path) {
-    std::filesystem::path file = ToPath(path);
+void ReportRefused(const std::filesystem::path& file) {
+    std::u8string name = file.u8string(), root = files_root.u8string();
+    std::fprintf(stderr, "simulated host: refused %s: it is not below the files root %s\n",
+                 reinterpret_cast<const char*>(name.c_str()), reinterpret_cast<const char*>(root.c_str()));
+    std::fflush(stderr);
+}
+
+// The file `path` names (a relative path against the current directory),
+// when it lies below the files root (symbolic links and ".." resolved);
+// nothing for an empty path, one outside the root (reported unless `quiet`),
+// or text that names no file on this system.
+std::optional<std::filesystem::path> Accessible(const tvapi::WString& path, bool quiet = false) {
+    std::filesystem::path file = ToPath(AgainstCurrentFolder(path));
     if (file.empty()) return std::nullopt;
     if (files_root.empty()) return file;
     std::error_code error;
     std::filesystem::path resolved = Resolved(file, error);
-    if (error) return std::nullopt;
     auto [in_root, in_path] = std::mismatch(files_root.begin(), files_root.end(), resolved.begin(), resolved.end());
     // Below the root, not the root itself.
-    if (in_root != files_root.end() || in_path == resolved.end()) return std::nullopt;
+    if (error || in_root != files_root.end() || in_path == resolved.end()) {
+        if (!quiet) ReportRefused(file);
+        return std::nullopt;
+    }
     return file;
 }
 
@@ -163,6 +175,24 @@ bool IsRegularFile(const std::filesystem::path& file) {
     return std::filesystem::is_regular_file(file, error);
 }
 }  // namespace
+
+void SetCurrentFolder(const tvapi::WString& folder) { current_folder = folder; }
+
+const tvapi::WString& CurrentFolder() { return current_folder; }
+
+// Joined as text, with the separator the folder is written with: a client
+// reads the path back as it wrote the folder.
+tvapi::WString AgainstCurrentFolder(const tvapi::WString& path) {
+    std::filesystem::path file = ToPath(path);
+    // "/plans/a.tvd" is relative on Windows, to the current drive: it is kept.
+    if (file.empty() || file.has_root_name() || file.has_root_directory() || current_folder.empty()) return path;
+    auto last = current_folder.find_last_of(TVAPI_TEXT("/\\"));
+    tvapi::WChar separator = last == tvapi::WString::npos
+                                 ? static_cast<tvapi::WChar>(std::filesystem::path::preferred_separator)
+                                 : current_folder[last];
+    if (last != tvapi::WString::npos && last + 1 == current_folder.size()) return current_folder + path;
+    return current_folder + separator + path;
+}
 
 void SetFilesRoot(const std::filesystem::path& root) {
     std::error_code error;
@@ -177,7 +207,7 @@ bool IsFile(const tvapi::WString& path) {
 }
 
 bool IsFree(const tvapi::WString& path) {
-    auto file = Accessible(path);
+    auto file = Accessible(path, true);  // asked before a read, which reports
     std::error_code error;
     return file && !std::filesystem::exists(*file, error) && !error;
 }

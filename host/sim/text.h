@@ -34,13 +34,22 @@ tvapi::WString FileNamePart(const tvapi::WString& path);
 // The folder part with its trailing separator, or empty.
 tvapi::WString FolderPart(const tvapi::WString& path);
 
+// The application's current directory, against which a relative path names
+// a file. Empty: the process's working directory.
+void SetCurrentFolder(const tvapi::WString& folder);
+const tvapi::WString& CurrentFolder();
+// A relative path made absolute against the current directory; any other as given.
+tvapi::WString AgainstCurrentFolder(const tvapi::WString& path);
+
 // Where the simulated host may read and write files: below the files root
 // only, once one is set (tvhost sets one: its clients reach it over the
 // network). With none set, anywhere. An empty root unsets it. Paths are
 // compared with symbolic links and ".." resolved.
 void SetFilesRoot(const std::filesystem::path& root);
 
-// The file operations below refuse paths outside the files root.
+// The file operations below take relative paths against the current
+// directory and refuse paths outside the files root, saying so on the
+// standard error stream (the host's log).
 bool IsFile(const tvapi::WString& path);
 // Nothing at all at the path: no file, no folder.
 bool IsFree(const tvapi::WString& path);

@@ -1,12 +1,12 @@
 # Installs the build into a fresh prefix, then builds and runs a consumer
 # program twice: as a CMake project finding the package, and with the
-# compiler alone from what pkg-config says.
+# compiler alone from what pkg-config says. Nothing but the prefix is used:
+# the library finds the host platform's stand-ins beside itself, as the
+# simulated host and the installed tvhost do.
 #
 #   cmake -DBUILD_DIR=<build> -DPREFIX=<empty dir> -DWORK=<scratch dir> -DSOURCE=<tests/install>
-#         -DHOST_LIBRARY_DIRS=<dirs;...> -DC_COMPILER=<cc> [-DPRELOAD=<sanitizer runtime>] -P consumer_test.cmake
+#         -DC_COMPILER=<cc> [-DPRELOAD=<sanitizer runtime>] -P consumer_test.cmake
 #
-# The library needs the host platform's libraries to link and to load, as
-# inside the host application: HOST_LIBRARY_DIRS gives those of the stand-in.
 # A library built with AddressSanitizer runs only behind its runtime (PRELOAD).
 
 cmake_minimum_required(VERSION 3.25)
@@ -30,23 +30,30 @@ file(REMOVE_RECURSE ${PREFIX} ${WORK})
 file(MAKE_DIRECTORY ${PREFIX} ${WORK})
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${PREFIX})
 
-# What a user gets: the header, the versioned library and its links, both package files, the
-# reference with the protocol beside it.
+# What a user gets: the header, the versioned library and its links, both
+# package files, the reference with the protocol beside it, the API as data;
+# the simulated host with its header, the stand-ins and tvhost.
 file(GLOB_RECURSE _installed RELATIVE ${PREFIX} ${PREFIX}/*)
 foreach(_expected include/tvAPIC.h lib/cmake/tvAPIC/tvAPICConfig.cmake lib/cmake/tvAPIC/tvAPICConfigVersion.cmake
                   lib/cmake/tvAPIC/tvAPICTargets.cmake lib/pkgconfig/tvAPIC.pc lib/libtvAPIC.so lib/libtvAPIC.so.0
-                  share/doc/tvAPIC/api/index.html share/doc/tvAPIC/api/protocol.md)
+                  share/doc/tvAPIC/api/index.html share/doc/tvAPIC/api/protocol.md share/tvAPIC/tvAPIC.catalogue.json
+                  include/tvAPIC-simulated-host/sim/sim.h lib/cmake/tvAPIC/tvAPICSimulatedHostTargets.cmake
+                  lib/pkgconfig/tvAPIC-simulated-host.pc lib/libtvsim.so lib/libtvapi.so lib/libtvSys2.so
+                  lib/libtvEventsBus.so lib/libUI_App.so bin/tvhost)
   if(NOT _expected IN_LIST _installed)
     message(FATAL_ERROR "not installed: ${_expected}\ninstalled: ${_installed}")
   endif()
 endforeach()
 
-string(REPLACE ";" ":" _host_path "${HOST_LIBRARY_DIRS}")
-set(_env ${CMAKE_COMMAND} -E env "LD_LIBRARY_PATH=${PREFIX}/lib:${_host_path}")
+# Whatever the environment says, only the prefix is searched.
+set(_env ${CMAKE_COMMAND} -E env --unset=LD_LIBRARY_PATH)
 set(_run ${_env})
 if(PRELOAD)
   list(APPEND _run "LD_PRELOAD=${PRELOAD}" "ASAN_OPTIONS=detect_leaks=0")
 endif()
+
+# The installed tvhost finds its libraries.
+run(${_run} ${PREFIX}/bin/tvhost --help)
 
 # CMake: find_package(tvAPIC CONFIG) from the prefix alone.
 run(${_env} ${CMAKE_COMMAND} -S ${SOURCE}/consumer -B ${WORK}/cmake -DCMAKE_PREFIX_PATH=${PREFIX}
@@ -57,13 +64,16 @@ if(NOT OUTPUT MATCHES "tvAPIC consumer: ok")
   message(FATAL_ERROR "the CMake consumer printed:\n${OUTPUT}")
 endif()
 
-# pkg-config: the compiler given only its flags.
+# pkg-config: the compiler given only its flags, and the run path a program
+# needs for libraries outside the system's folders.
 find_program(PKG_CONFIG pkg-config)
 if(PKG_CONFIG)
-  run(${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${PREFIX}/lib/pkgconfig ${PKG_CONFIG} --cflags --libs tvAPIC)
+  run(${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${PREFIX}/lib/pkgconfig ${PKG_CONFIG} --cflags --libs
+      tvAPIC tvAPIC-simulated-host)
   string(STRIP "${OUTPUT}" _flags)
   separate_arguments(_flags UNIX_COMMAND "${_flags}")
-  run(${_env} ${C_COMPILER} -std=c99 ${SOURCE}/consumer/consumer.c ${_flags} -o ${WORK}/consumer_pc)
+  run(${_env} ${C_COMPILER} -std=c99 ${SOURCE}/consumer/consumer.c ${_flags} -Wl,-rpath,${PREFIX}/lib
+      -o ${WORK}/consumer_pc)
   run(${_run} ${WORK}/consumer_pc)
   if(NOT OUTPUT MATCHES "tvAPIC consumer: ok")
     message(FATAL_ERROR "the pkg-config consumer printed:\n${OUTPUT}")

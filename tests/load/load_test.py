@@ -59,8 +59,10 @@ def start_tvhost(command, stderr, scratch):
     env = dict(os.environ, ASAN_OPTIONS=os.environ.get("ASAN_OPTIONS", "") + ":detect_leaks=0")
     for _ in range(3):  # another process may take the free port first
         port = free_port()
-        proc = subprocess.Popen([*command, "--port", str(port)], stdout=subprocess.PIPE, stderr=stderr, text=True,
-                                env=env, cwd=scratch)
+        # Relative names resolve against the application's current directory,
+        # which starts at the files root.
+        proc = subprocess.Popen([*command, "--port", str(port), "--files", scratch], stdout=subprocess.PIPE,
+                                stderr=stderr, text=True, env=env, cwd=scratch)
         deadline = time.monotonic() + 30
         banner = False
         while time.monotonic() < deadline and proc.poll() is None and not banner:

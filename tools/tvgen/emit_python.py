@@ -118,6 +118,14 @@ def docstring(op, params, dropped, result):
     return lines
 
 
+def _stays(op, dropped, result):
+    """What the function has that does not travel: ("fileNames StringVector", "result double")."""
+    stays = tuple(f"{name} {type_}" for name, type_ in dropped)
+    if result is None and op.result.kind != "void":
+        stays += (f"result {op.result}",)
+    return stays
+
+
 def _tuple(items):
     items = list(items)
     return f"({items[0]},)" if len(items) == 1 else f"({', '.join(items)})"
@@ -141,7 +149,9 @@ def emit(cat):
         result = _result(op)
         ps = _tuple(f"_P({n!r}, {k!r}, {t!r}{f', {of!r}' if of else ''})" for n, k, t, of in params)
         rs = "None" if result is None else f"_R({result[0]!r}, {result[1]!r}{f', {result[2]!r}' if result[2] else ''})"
-        out.append(f"    {op.export!r}: _S({op.export!r}, {ps}, {rs}),\n")
+        stays = _stays(op, dropped, result)
+        extra = f", {stays!r}" if stays else ""
+        out.append(f"    {op.export!r}: _S({op.export!r}, {ps}, {rs}{extra}),\n")
         # Slots after the last argument that must be given default to absent.
         last_required = max((n for n, p in enumerate(params) if not p[1].endswith("slot")), default=-1)
         args = [p[0] if n <= last_required else f"{p[0]}=None" for n, p in enumerate(params)]

@@ -8,6 +8,8 @@ editors complete and type checkers check calls:
 Types follow the binding's kinds (see emit_pynative): handles are Handle in
 process and the wire's Handle remotely, lists are List going out and Sequence
 coming in, and a null (None) is allowed wherever the binding takes or gives one.
+A result that does not travel is typed as in process: the object layer raises
+rather than answer None for it.
 """
 
 from . import emit_pynative, emit_pyobjects
@@ -82,11 +84,9 @@ class Types:
             return f"{T}Optional[int]"
         return self.value(words)
 
-    def answer(self, result, params, remote=False, result_travels=True):
-        """The answer's type; remotely, refilled lists and a result that does not travel may be None."""
+    def answer(self, result, params, remote=False):
+        """The answer's type; remotely, refilled lists may be None."""
         result_type = self.value(result.split())
-        if remote and not result_travels:
-            result_type = _opt(result_type)
         returning = [kind for _, kind in params if kind.startswith(("out ", "inout "))]
         if not returning:
             return result_type
@@ -155,6 +155,8 @@ class Function:
 
 
 def load(path: {T}Optional[str] = ...) -> str: ...
+def start_simulated_host(path: {T}Optional[str] = ...) -> str: ...
+def stop_simulated_host() -> None: ...
 def library_path() -> {T}Optional[str]: ...
 def function(name: str) -> Function: ...
 def outstanding() -> int: ...
@@ -177,14 +179,13 @@ OBJECTS_HEAD = f'''"""Type stubs of tvapic.objects. Generated from the catalogue
 import typing as _t
 
 from .client import Client
+from .errors import DoesNotTravel as DoesNotTravel, NotRemotable as NotRemotable, NullHandle as NullHandle
 
 PropertyValue = _t.Union[None, bool, int, float, str]
 _O = _t.TypeVar("_O", bound="APIObject")
+_V = _t.TypeVar("_V")
 
 INTERFACES: _t.Dict[str, _t.Tuple[str, {T}Optional[str], {T}Optional[str], bool, _t.Tuple[str, ...]]]
-
-
-class NotRemotable(Exception): ...
 
 
 class APIObject:
@@ -209,6 +210,7 @@ class APIObject:
 def application(client: {T}Optional[Client] = ...) -> "IApplication": ...
 def transfer_service() -> "ITransferService": ...
 def interface_class(name: str) -> {T}Type[APIObject]: ...
+def require(value: {T}Optional[_V]) -> _V: ...
 def wrap(handle: {T}Any, interface: {T}Union[str, {T}Type[APIObject]] = ...,
          client: {T}Optional[Client] = ...) -> {T}Optional[APIObject]: ...
 
@@ -222,7 +224,7 @@ def _object_class(interface):
 def emit_objects(cat, events=None):
     types = Types(_object_class)
     table = {name: (result, params) for name, result, params in emit_pynative.entries(cat, events)}
-    travels = {op.export: bool(result_wire(op)) for op in remotable(cat)}
+    remote = {op.export for op in remotable(cat)}
     out = [OBJECTS_HEAD]
     for i in cat.interfaces.values():
         out.append(f"\nclass {i.name}(APIObject):\n")
@@ -232,7 +234,7 @@ def emit_objects(cat, events=None):
         for name, export in methods:
             result, params = table[export]
             params = params if i.root else params[1:]
-            answer = types.answer(result, params, export in travels, travels.get(export, True))
+            answer = types.answer(result, params, export in remote)
             out.append("    " + _def(name, params, answer, types, self_param=True) + "\n")
     return "".join(out)
 

@@ -51,13 +51,14 @@ def _metadata_files(m):
 
 
 def _package_files():
-    """{path in the wheel: bytes}: the package's modules, its marker of type
-    information and its generated modules."""
+    """{path in the wheel: bytes}: the package's modules and its examples, its
+    marker of type information and its generated modules."""
     files = {}
-    sources = sorted((PROJECT / "tvapic").glob("*.py")) + [PROJECT / "tvapic" / "py.typed"]
+    package = PROJECT / "tvapic"
+    sources = sorted(package.glob("*.py")) + sorted(package.glob("examples/*.py")) + [package / "py.typed"]
     for path in sources:
         if path.name not in MODULES:
-            files[f"tvapic/{path.name}"] = path.read_bytes()
+            files[path.relative_to(PROJECT).as_posix()] = path.read_bytes()
     with tempfile.TemporaryDirectory() as out:
         write_modules(out)
         for name in MODULES:

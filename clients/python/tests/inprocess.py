@@ -2,10 +2,10 @@
 
 CTest passes the library in TVAPIC_LIBRARY and the simulated host's library
 in TVSIM_LIBRARY; without them these tests are skipped. The simulated host
-is started once for the session (tvsim_start) and stopped at its end, after
-every handle Python held has been given back.
+is started once for the session, as a user outside the application starts it
+(native.start_simulated_host), and stopped at its end, after every handle
+Python held has been given back.
 """
-import ctypes
 import gc
 import os
 
@@ -37,13 +37,12 @@ def native():
 @pytest.fixture(scope="session")
 def simulated_host(native):
     """The simulated host running in this process."""
-    sim = ctypes.CDLL(need("TVSIM_LIBRARY"))
-    sim.tvsim_start()
-    yield sim
+    assert native.start_simulated_host() == need("TVSIM_LIBRARY")
+    yield
     gc.collect()
     held = native.outstanding()
     if held == 0:
-        sim.tvsim_stop()
+        native.stop_simulated_host()
     else:  # stopping would free objects those handles still point to
         pytest.fail(f"{held} handles still held at the end of the session")
 

@@ -1,13 +1,20 @@
-"""The tvapic command: arguments read by signature, answers printed a value a line."""
+"""The tvapic command: arguments read by signature, answers printed a value a
+line or as JSON, and each way a call can fail said as what it is."""
+import configparser
 import io
+import json
 import os
+import socket
 import subprocess
 import sys
+import threading
+from pathlib import Path
 
 import pytest
 
-from tvapic import SIGNATURES, Handle
-from tvapic.cli import format_answer, main, parse_arguments
+import tvapic
+from tvapic import SIGNATURES, Client, Handle, NotAnAPIServer, NotReachable
+from tvapic.cli import answer_json, format_answer, main, parse_arguments
 
 
 def parse(fn, *words):
@@ -43,20 +50,99 @@ def test_answers_print_one_value_a_line():
     assert format_answer(SIGNATURES["IApplication_Quit"], None) == []
 
 
+def test_answers_as_json():
+    assert json.loads(answer_json(SIGNATURES["IApplication_GetSystemVersion"], (26, None, 0, None, True))) == {
+        "slots": {"major": 26, "minor": None, "release": 0, "build": None}, "result": True}
+    assert json.loads(answer_json(SIGNATURES["IApplication_GetDocuments"], Handle(0xab))) == {
+        "slots": {}, "result": "0xab"}
+    assert json.loads(answer_json(SIGNATURES["IApplication_Quit"], None)) == {"slots": {}, "result": None}
+
+
 def test_list_and_help_describe_the_functions():
     out = io.StringIO()
     assert main(["list", "getsystemversion"], out) == 0
     assert out.getvalue() == ("IApplication_GetSystemVersion(major?, minor?, release?, build?) -> "
                               "i32 slot, i32 slot, i32 slot, i32 slot, i32\n")
     out = io.StringIO()
+    assert main(["list", "ILineSegment_GetX1"], out) == 0
+    assert out.getvalue() == "ILineSegment_GetX1(lineSegment) -> nothing (does not travel: result double)\n"
+    out = io.StringIO()
+    assert main(["list", "--json", "GetExternalFilesNames"], out) == 0
+    assert json.loads(out.getvalue()) == [{
+        "name": "ITavraDocument_GetExternalFilesNames", "response": ["i32"],
+        "params": [{"name": "tavraDocument", "kind": "u64", "type": "object", "of": "ITavraDocument", "slot": False},
+                   {"name": "recursive", "kind": "i32", "type": "bool", "of": "", "slot": False}],
+        "does_not_travel": ["fileNames StringVector"]}]
+    out = io.StringIO()
     assert main(["help", "IDocuments_Open"], out) == 0
     assert "fileName" in out.getvalue() and "Wire: u64, string, i32, i32 -> u64" in out.getvalue()
+    out = io.StringIO()
+    assert main(["help", "IDocumentSettings_IsTextStability"], out) == 0
+    assert "Remotable: no." in out.getvalue()
+
+
+def test_version_is_the_packages():
+    setup = configparser.ConfigParser()
+    setup.read(Path(__file__).resolve().parents[1] / "setup.cfg")
+    done = subprocess.run([sys.executable, "-m", "tvapic", "--version"], capture_output=True, text=True, timeout=30)
+    assert done.stdout == f"tvapic {setup['metadata']['version']}\n" == f"tvapic {tvapic.__version__}\n"
 
 
 def test_usage_errors_exit_2_before_connecting(capsys):
     assert main(["call", "--port", "1", "IDocuments_GetItem", "0x1"]) == 2
-    assert main(["call", "--port", "1", "INoSuch_Function"]) == 2
-    assert "not a function the API Server serves" in capsys.readouterr().err
+    assert main(["call", "--port", "1", "IDocuments_Ad"]) == 2
+    assert main(["call", "--port", "1", "IDocumentSettings_IsTextStability", "0x1"]) == 2
+    err = capsys.readouterr().err
+    assert "tvapic: 'IDocuments_Ad' is no function of the library; did you mean IDocuments_Add" in err
+    assert ("tvapic: IDocumentSettings_IsTextStability is a function of the library, but the API Server does not "
+            "serve it") in err
+    for port in ("99999", "0", "http"):
+        with pytest.raises(SystemExit) as exit:
+            main(["call", "--port", port, "IApplication_GetBuildNumber"])
+        assert exit.value.code == 2 and f"'{port}' is not a port number" in capsys.readouterr().err
+
+
+def test_a_reader_that_stops_early_is_no_error():
+    # More than a pipe holds: the command is still writing when the reader goes.
+    listing = subprocess.Popen([sys.executable, "-m", "tvapic", "list", "--json"], stdout=subprocess.PIPE,
+                               stderr=subprocess.PIPE, text=True)
+    assert listing.stdout.readline() == "[\n"
+    listing.stdout.close()   # as `tvapic list --json | head -1` does
+    assert listing.stderr.read() == ""
+    listing.wait(timeout=30)
+
+
+@pytest.fixture
+def stranger():
+    """The port of a peer that is no API Server: it answers every request as a web server would."""
+    server = socket.create_server(("127.0.0.1", 0))
+
+    def answer():
+        connection, _ = server.accept()
+        with connection:
+            while connection.recv(4096):
+                pass
+            connection.sendall(b"HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\n\r\n")
+    thread = threading.Thread(target=answer, daemon=True)
+    thread.start()
+    yield server.getsockname()[1]
+    server.close()
+
+
+def test_a_peer_that_is_no_api_server_is_named(stranger, capsys):
+    assert main(["call", "--port", str(stranger), "IApplication_GetBuildNumber"]) == 1
+    assert f"tvapic: 127.0.0.1:{stranger} does not speak the API Server's protocol" in capsys.readouterr().err
+
+
+def test_no_server_is_not_reachable(capsys):
+    with socket.socket() as held:
+        held.bind(("127.0.0.1", 0))   # bound, not listening: connections are refused
+        port = held.getsockname()[1]
+        with pytest.raises(NotReachable, match=f"cannot reach an API Server at 127.0.0.1:{port}"):
+            Client(port=port).IApplication_GetBuildNumber()
+        assert main(["call", "--port", str(port), "IApplication_GetBuildNumber"]) == 1
+    assert "tvapic: cannot reach an API Server" in capsys.readouterr().err
+    assert issubclass(NotReachable, ConnectionError) and issubclass(NotAnAPIServer, tvapic.ProtocolError)
 
 
 def run(port, *words):

@@ -72,6 +72,12 @@ class TestHandles:
         gc.collect()
         assert references(host, documents) == base
 
+    def test_the_simulated_host_is_not_stopped_under_held_handles(self, host, documents):
+        assert host.start_simulated_host() == host.start_simulated_host()   # once only
+        with pytest.raises(RuntimeError, match="handles are still held"):
+            host.stop_simulated_host()
+        assert host.ITavraDocument_GetName(host.IDocuments_GetItem(documents, 0)) is not None
+
     def test_handles_passed_in_stay_the_callers(self, host, documents, document):
         before = references(host, document), references(host, documents)
         host.ITavraDocument_SetAuthor(document, "Ada")

@@ -5,7 +5,7 @@ import gc
 import pytest
 
 from inprocess import host, in_process_suite, native, references, simulated_host  # noqa: F401  (fixtures)
-from tvapic import Handle, objects
+from tvapic import Client, Handle, objects
 
 pytestmark = in_process_suite
 
@@ -81,7 +81,6 @@ class TestInProcess:
         documents.release()
 
     def test_objects_of_another_connection_are_refused(self, host):
-        from tvapic import Client
         elsewhere = objects.wrap(Handle(1), "IOpenDocumentParam", Client(port=1))
         with objects.application().GetDocuments() as documents:
             with pytest.raises(ValueError, match="another connection"):
@@ -105,12 +104,22 @@ class TestRemote:
     def test_what_does_not_travel_stays_behind(self, tvhost):
         client, _ = tvhost
         document = objects.application(client).GetDocuments().Add(1, False)
-        assert document.GetCreationDate() is None                       # a double result
+        with pytest.raises(objects.DoesNotTravel, match="ITavraDocument_GetCreationDate ran on the server, but "
+                                                        "its double result does not travel back") as raised:
+            document.GetCreationDate()
+        assert raised.value.answer is None
         assert document.GetExternalFilesNames(True) == (None, 0)        # a refilled list
         assert document.GetExternalFilesNames(True, []) == (None, 0)
         with pytest.raises(ValueError, match="lists do not travel"):
             document.GetExternalFilesNames(True, ["a.tvd"])
         document.Close(False)
+
+    def test_an_interface_the_server_does_not_serve_is_refused_at_the_query(self, tvhost):
+        document = objects.wrap(Handle(1), "ITavraDocument", tvhost[0])   # no call reaches the server
+        assert not objects.IDocumentSettings.REMOTE
+        with pytest.raises(objects.NotRemotable, match="serves no function of IDocumentSettings"):
+            document.query(objects.IDocumentSettings)
+        assert isinstance(document.query("ITavraDocument2D"), objects.ITavraDocument2D)
 
     def test_objects_compare_by_handle_and_release_does_nothing(self, tvhost):
         client, _ = tvhost
@@ -120,6 +129,22 @@ class TestRemote:
         first.release()
         assert first.GetItem(0) is None or isinstance(first.GetItem(0), objects.ITavraDocument)
         assert repr(first).startswith("<IDocuments Handle(0x") and "via Client" in repr(first)
+
+
+def test_require_turns_an_optional_object_into_one_or_raises():
+    document = objects.wrap(Handle(1), "ITavraDocument", Client(port=1))
+    assert objects.require(document) is document
+    with pytest.raises(objects.NullHandle, match="null object"):
+        objects.require(None)
+
+
+def test_methods_say_what_they_take_own_and_whether_they_travel():
+    add = objects.IDocuments.Add.__doc__
+    assert add.startswith("IDocuments.Add(documentType, visible): calls IDocuments_Add.")
+    assert "documentType: int" in add and "holds one reference of its own" in add
+    assert "Remotable: yes" in add and "Wire: u64, i32, i32 -> u64." in add
+    assert "Remotable: no" in objects.IDocumentSettings.IsTextStability.__doc__
+    assert "raises tvapic.DoesNotTravel" in objects.ITavraDocument.GetCreationDate.__doc__
 
 
 def test_every_interface_is_a_class_with_its_operations():

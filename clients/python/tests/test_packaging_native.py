@@ -42,7 +42,8 @@ def test_the_wheel_holds_the_generated_modules_and_the_stubs(tmp_path):
         pytest.skip("not in a checkout of the repository")
     with zipfile.ZipFile(tmp_path / tvapic_backend.build_wheel(str(tmp_path))) as wheel:
         names = set(wheel.namelist())
-        assert {f"tvapic/{n}" for n in GENERATED + ["py.typed", "native.py", "objects.py"]} <= names
+        assert {f"tvapic/{n}" for n in GENERATED + ["py.typed", "native.py", "objects.py", "examples/__init__.py",
+                                                   "examples/drawing_demo.py", "examples/events_demo.py"]} <= names
         assert b"'IDocuments_Add': ('object ITavraDocument'" in wheel.read("tvapic/_native.py")
 
 

@@ -1,9 +1,12 @@
-"""Calls to the simulated host through its API Server."""
+"""Calls to the simulated host through its API Server, and tvhost's own command line."""
 import os
+import shlex
+import subprocess
 
 import pytest
 
-from tvapic import SIGNATURES, Handle, ProtocolError
+from conftest import start_tvhost, stop
+from tvapic import SIGNATURES, Client, Handle, ProtocolError
 
 pytestmark = pytest.mark.usefixtures("tvhost")
 
@@ -52,7 +55,15 @@ def test_the_current_directory_starts_at_the_files_root(app, served_files):
     assert app.ITavraDocument_SaveAs(document, str(served_files) + "/plan.tvd") is True
     assert (served_files / "plan.tvd").is_file()
     assert app.ITavraDocument_SaveAs(document, str(served_files.parent / "outside.tvd")) is False
+    # A relative path names a file below the current directory, not below
+    # tvhost's working directory (the files root's parent here).
+    assert app.ITavraDocument_SaveAs(document, "relative.tvd") is True
+    assert (served_files / "relative.tvd").is_file()
+    assert app.ITavraDocument_GetPath(document) == str(served_files) + "/"
     assert app.ITavraDocument_Close(document, False) is True
+    reopened = app.IDocuments_Open(app.IApplication_GetDocuments(), "relative.tvd", False, False)
+    assert app.ITavraDocument_GetPath(reopened) == str(served_files) + "/"
+    assert app.ITavraDocument_Close(reopened, False) is True
 
 
 def test_null_handles_give_null_results(app):
@@ -73,3 +84,60 @@ def test_a_name_answered_with_nothing_where_a_result_is_due_is_a_protocol_error(
     unserved = SIGNATURES["ITavraDocument_GetName"]._replace(name="ITavraDocument_GetNames")
     with pytest.raises(ProtocolError, match="ITavraDocument_GetNames: no response"):
         app._invoke(unserved, [None])
+
+
+def emulator():
+    if not os.environ.get("TVHOST"):
+        pytest.skip("TVHOST is not set: no tvhost to run")
+    return shlex.split(os.environ.get("TVHOST_EMULATOR", ""))
+
+
+def run_tvhost(*arguments):
+    return subprocess.run([*emulator(), os.environ["TVHOST"], *arguments], capture_output=True, text=True,
+                          timeout=60)
+
+
+@pytest.mark.parametrize("arguments, mistake", [
+    (["--port", "abc"], "--port: 'abc' is not a port number (0 to 65535)"),
+    (["--port", "70000"], "--port: '70000' is not a port number (0 to 65535)"),
+    (["--port", "-1"], "--port: '-1' is not a port number (0 to 65535)"),
+    (["--port"], "--port needs a value"),
+    (["--prot", "8001"], "unknown option '--prot'"),
+    (["--files", "{missing}"], "--files: there is no folder {missing}"),
+    (["--files", "{file}"], "--files: {file} is not a folder"),
+])
+def test_command_line_mistakes_are_named(arguments, mistake, tmp_path):
+    names = {"missing": str(tmp_path / "missing"), "file": str(tmp_path / "file.txt")}
+    (tmp_path / "file.txt").write_text("")
+    done = run_tvhost(*[a.format(**names) for a in arguments])
+    assert (done.returncode, done.stdout) == (2, "")
+    assert done.stderr.startswith(f"tvhost: {mistake.format(**names)}\nusage: "), done.stderr
+
+
+def test_help_goes_to_standard_output():
+    done = run_tvhost("--help")
+    assert (done.returncode, done.stderr) == (0, "")
+    assert done.stdout.startswith("usage: ") and "--files folder" in done.stdout
+
+
+def test_a_port_in_use_is_refused_before_anything_starts(tvhost):
+    if os.environ.get("TVHOST_PORT"):
+        pytest.skip("the port of a server started elsewhere may be another interface's")
+    done = run_tvhost("--port", str(tvhost[1]))
+    assert done.returncode == 1 and done.stdout == ""
+    assert done.stderr.startswith(f"tvhost: cannot listen on port {tvhost[1]}: "), done.stderr
+
+
+def test_a_chosen_port_serves_and_a_refused_save_is_logged(tmp_path):
+    root = tmp_path / "root"
+    root.mkdir()
+    proc, port = start_tvhost("--files", str(root), emulator=emulator())
+    assert port, proc.stderr.read()
+    app = Client(port=port, timeout=10)
+    document = app.IDocuments_Add(app.IApplication_GetDocuments(), 1, False)
+    outside = str(tmp_path / "outside.tvd")
+    assert app.ITavraDocument_SaveAs(document, outside) is False
+    status, _, err = stop(proc, emulator())
+    assert status == 0
+    # The root as the host resolved it: a drive's name under an emulator.
+    assert f"simulated host: refused {outside}: it is not below the files root " in err

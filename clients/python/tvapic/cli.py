@@ -1,8 +1,9 @@
 """The tvapic command: calls one function of the API Server from a shell.
 
-    tvapic call [--host H] [--port N] NAME [ARG...]
-    tvapic list [TEXT]
+    tvapic call [--host H] [--port N] [--timeout S] [--json] NAME [ARG...]
+    tvapic list [--json] [TEXT]
     tvapic help NAME
+    tvapic --version
 
 Arguments are read by the function's signature: handles as 0x... or decimal
 (0 is the null handle), integers in any base Python reads (0x10, -3),
@@ -12,16 +13,25 @@ is an argument.
 
 Each value of the answer is printed on a line of its own: the slots first,
 then the result. Handles print as 0x..., a left-out slot as `-`, a list of
-texts as a JSON array (`null` for a null list).
+texts as a JSON array (`null` for a null list). With --json the answer is
+one JSON object instead: {"slots": {name: value}, "result": value}, handles
+as "0x..." strings, null for a null handle, a left-out slot or no result.
+
+Exit status: 0 answered; 1 the call could not be made or answered (no
+server, not an API Server, an answer that does not fit); 2 a mistake in
+the command line, found before anything is sent.
 """
 
 import argparse
-import inspect
 import json
+import os
 import sys
 
+from . import __version__
+from ._help import describe
 from .client import DEFAULT_PORT, SIGNATURES, Client, signature
-from .wire import Handle, ProtocolError
+from .errors import NotReachable, ProtocolError
+from .wire import Handle
 
 _TRUE = {"1", "true", "yes", "on"}
 _FALSE = {"0", "false", "no", "off"}
@@ -91,37 +101,89 @@ def format_answer(sig, answer):
     return lines
 
 
+def _json_value(value):
+    if isinstance(value, Handle):
+        return f"0x{int(value):x}"
+    return value
+
+
+def answer_json(sig, answer):
+    """The answer as one JSON object: {"slots": {name: value}, "result": value}."""
+    values = list(answer) if sig.slots else [answer]
+    slots = {p.name: _json_value(v) for p, v in zip(sig.slots, values)}
+    result = _json_value(values[-1]) if sig.result else None
+    return json.dumps({"slots": slots, "result": result}, ensure_ascii=False)
+
+
+def signature_json(sig):
+    return {"name": sig.name,
+            "params": [{"name": p.name, "kind": p.kind, "type": p.type, "of": p.of, "slot": p.is_slot}
+                       for p in sig.params],
+            "response": sig.response, "does_not_travel": list(sig.stays)}
+
+
+def port_number(text):
+    try:
+        port = int(text)
+    except ValueError:
+        port = 0
+    if not 1 <= port <= 65535:
+        raise argparse.ArgumentTypeError(f"{text!r} is not a port number (1 to 65535)")
+    return port
+
+
 def _parser():
     parser = argparse.ArgumentParser(prog="tvapic", description="Calls functions of tvAPIC's API Server.",
                                      epilog="See `tvapic help NAME` for a function's arguments.")
+    parser.add_argument("--version", action="version", version=f"tvapic {__version__}")
     sub = parser.add_subparsers(dest="command", required=True)
     call = sub.add_parser("call", help="call a function and print its answer",
                           description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     call.add_argument("--host", default="127.0.0.1", help="server address (default 127.0.0.1)")
-    call.add_argument("--port", type=int, default=DEFAULT_PORT, help=f"server port (default {DEFAULT_PORT})")
+    call.add_argument("--port", type=port_number, default=DEFAULT_PORT,
+                      help=f"server port (default {DEFAULT_PORT})")
     call.add_argument("--timeout", type=float, default=30.0, help="seconds to wait for the answer (default 30)")
+    call.add_argument("--json", action="store_true", help="print the answer as one JSON object")
     call.add_argument("name", metavar="NAME")
     call.add_argument("args", metavar="ARG", nargs=argparse.REMAINDER)
     listing = sub.add_parser("list", help="list the functions, with their wire signatures")
+    listing.add_argument("--json", action="store_true", help="print a JSON array of the signatures")
     listing.add_argument("text", nargs="?", default="", help="only names containing this text (any case)")
-    helping = sub.add_parser("help", help="describe a function")
+    helping = sub.add_parser("help", help="describe a function of the library")
     helping.add_argument("name", metavar="NAME")
     return parser
 
 
 def main(argv=None, out=None):
-    out = out or sys.stdout
+    """Runs the command; its exit status."""
     args = _parser().parse_args(argv)
+    out = out or sys.stdout
+    try:
+        status = _run(args, out)
+        out.flush()
+        return status
+    except BrokenPipeError:
+        # The reader went away (`tvapic list | head`): what it wanted it has.
+        # Standard output points nowhere from here on, so that the
+        # interpreter's last flush finds no broken pipe either.
+        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
+        return 1
+
+
+def _run(args, out):
     try:
         if args.command == "list":
-            for name, sig in SIGNATURES.items():
-                if args.text.lower() in name.lower():
+            found = [sig for name, sig in SIGNATURES.items() if args.text.lower() in name.lower()]
+            if args.json:
+                print(json.dumps([signature_json(sig) for sig in found], indent=1), file=out)
+            else:
+                for sig in found:
                     print(sig.describe(), file=out)
             return 0
-        sig = signature(args.name)
         if args.command == "help":
-            print(inspect.getdoc(getattr(Client, sig.name)), file=out)
+            print(describe(args.name), file=out)
             return 0
+        sig = signature(args.name)
         values = parse_arguments(sig, args.args)
     except ValueError as e:
         print(f"tvapic: {e}", file=sys.stderr)
@@ -132,12 +194,15 @@ def main(argv=None, out=None):
     except (TypeError, ValueError) as e:
         print(f"tvapic: {e}", file=sys.stderr)
         return 2
-    except ProtocolError as e:
+    except (NotReachable, ProtocolError) as e:
         print(f"tvapic: {e}", file=sys.stderr)
         return 1
     except OSError as e:
-        print(f"tvapic: cannot call {args.host}:{args.port}: {e}", file=sys.stderr)
+        print(f"tvapic: the call to {args.host}:{args.port} failed: {e}", file=sys.stderr)
         return 1
-    for line in format_answer(sig, answer):
-        print(line, file=out)
+    if args.json:
+        print(answer_json(sig, answer), file=out)
+    else:
+        for line in format_answer(sig, answer):
+            print(line, file=out)
     return 0

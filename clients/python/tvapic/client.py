@@ -11,13 +11,14 @@
 Every remotable function is a method named as it is exported, with its
 arguments in the order the function takes them (the object's handle first);
 `call(name, *args)` does the same by name. See `tvapic.wire.decode_response`
-for what comes back.
+for what comes back, and `tvapic.errors` for what is raised instead.
 """
 
 import difflib
 import socket
 
-from .wire import ProtocolError, bind, decode_response, encode_request, pack_name
+from .errors import NotAnAPIServer, NotReachable, NotRemotable, ProtocolError
+from .wire import bind, decode_response, encode_request, pack_name
 
 try:
     from ._remote import SIGNATURES, RemoteAPI
@@ -29,13 +30,25 @@ DEFAULT_PORT = 8001
 
 
 def signature(name):
-    """The Signature of a remotable function; ValueError for any other name."""
+    """The Signature of a remotable function; NotRemotable for a function of
+    the library that the API Server does not serve, ValueError for any other name."""
     try:
         return SIGNATURES[name]
     except KeyError:
-        close = difflib.get_close_matches(name, SIGNATURES, n=3)
-        hint = f"; did you mean {', '.join(close)}?" if close else ""
-        raise ValueError(f"{name!r} is not a function the API Server serves{hint}") from None
+        pass
+    from ._native import FUNCTIONS
+    if name in FUNCTIONS:
+        raise NotRemotable(f"{name} is a function of the library, but the API Server does not serve it: "
+                           "it is called in process only (tvapic.native)")
+    raise unknown_function(name)
+
+
+def unknown_function(name):
+    """The ValueError for a name the library does not export, with the names it may have meant."""
+    from ._native import FUNCTIONS
+    close = difflib.get_close_matches(name, SIGNATURES, n=3) or difflib.get_close_matches(name, FUNCTIONS, n=3)
+    hint = f"; did you mean {', '.join(close)}?" if close else ""
+    return ValueError(f"{name!r} is no function of the library{hint}")
 
 
 class Client(RemoteAPI):
@@ -76,15 +89,28 @@ class Client(RemoteAPI):
         try:
             return decode_response(sig, response, values)
         except ProtocolError as e:
+            if response:
+                # An API Server answers a function it serves exactly by its
+                # signature, or not at all.
+                raise NotAnAPIServer(f"{self.host}:{self.port} does not speak the API Server's protocol: it "
+                                     f"answered {sig.name} with {len(response)} bytes ({response[:24]!r}"
+                                     f"{'...' if len(response) > 24 else ''}), which do not fit ({e})") from None
             if reset:
                 raise ProtocolError(f"{e} (the server reset the connection)") from None
             raise
+
+    def _connect(self):
+        try:
+            return socket.create_connection((self.host, self.port), timeout=self.timeout)
+        except OSError as e:   # refused, unreachable, timed out, a name that does not resolve
+            raise NotReachable(f"cannot reach an API Server at {self.host}:{self.port}: {e.strerror or e} "
+                               "(is the application running, with its API Server started on that port?)") from e
 
     def _exchange(self, request):
         """(response, whether the connection ended with a reset)."""
         chunks = []
         reset = False
-        with socket.create_connection((self.host, self.port), timeout=self.timeout) as s:
+        with self._connect() as s:
             try:
                 # All at once: the server handles one call at a time, and
                 # waits for this one's bytes while it holds the application.

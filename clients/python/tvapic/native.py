@@ -12,6 +12,9 @@ Each function is named as the library exports it and takes its parameters in
 the same order, the object's handle first. The library is found through
 TVAPIC_LIBRARY, beside the package, or by the system's loader (see load()).
 
+Inside the application, the calls reach it. Outside it, start the simulated
+host first: start_simulated_host() (the application tvhost also serves).
+
 - Handles returned are Handle objects holding one reference, given back with
   IAPIObject_Release exactly once: release(), a with block, or the
   finaliser. A null handle is None both ways. Handles passed in stay yours.
@@ -30,7 +33,7 @@ TVAPIC_LIBRARY, beside the package, or by the system's loader (see load()).
 import inspect
 import threading
 
-from . import _cdll, _kinds
+from . import _cdll, _kinds, _simulated_host
 from ._callbacks import Ref
 from ._handles import Handle, outstanding
 from ._native import CALLBACKS, FUNCTIONS
@@ -38,7 +41,7 @@ from ._native import CALLBACKS, FUNCTIONS
 LibraryNotFound = _cdll.LibraryNotFound
 
 __all__ = ["CALLBACKS", "FUNCTIONS", "Function", "Handle", "LibraryNotFound", "Ref", "function", "load", "library_path",
-           "outstanding"]
+           "outstanding", "start_simulated_host", "stop_simulated_host"]
 
 _lock = threading.Lock()
 _kinds_of_library = None
@@ -56,6 +59,19 @@ def load(path=None):
 def library_path():
     """The path the library was loaded from, or None before it is loaded."""
     return _cdll.loaded_path()
+
+
+def start_simulated_host(path=None):
+    """Starts the simulated application in this process, for use outside the
+    application (inside it, nothing is needed); returns the path of its
+    library, libtvsim: path, TVSIM_LIBRARY, beside libtvAPIC, or the system's
+    loader. Starting it again does nothing."""
+    return _simulated_host.start(path)
+
+
+def stop_simulated_host():
+    """Stops the simulated application; RuntimeError while handles are still held."""
+    _simulated_host.stop()
 
 
 def _kinds_for_call():

@@ -3,22 +3,25 @@
     from tvapic import objects
     app = objects.application()                  # in process (tvapic.native)
     app = objects.application(Client(port=8001))  # the same, through the API Server
-    documents = app.GetDocuments()
-    doc = documents.Add(1, True)                 # an ITavraDocument
+    documents = app.GetDocuments()               # an IDocuments, or None for the null object
+    doc = require(documents.Add(1, True))        # an ITavraDocument, never None (NullHandle)
     doc.SetAuthor("Ada")
     x1, y1, x2, y2, ok = doc.GetDocumentGabarit()
     drawing = doc.query("ITavraDocument2D")       # the same object through another interface
 
 One class per interface (objects.IDocuments, ...), one method per operation,
-named as the catalogue names it. Arguments and answers are those of the
+named as the catalogue names it; help() on a method shows its parameters,
+ownership and remotability. Arguments and answers are those of the
 function the method calls (see tvapic.native), without the object's handle:
 out-parameters are optional and come back in a tuple before the result;
 objects come back as instances of the result's interface (None for null).
 
-Over the API Server only the functions it serves can be called; any other
-raises NotRemotable. What does not travel stays behind: a list argument must
-be None or empty, and a result or refilled list that does not travel comes
-back as None.
+Over the API Server only the functions it serves can be called, and only
+interfaces it serves can be queried; anything else raises NotRemotable.
+What does not travel stays behind: a list argument must be None or empty, a
+refilled list that does not travel comes back as None, and a call whose
+result does not travel (a double, a structure) raises DoesNotTravel once it
+has run.
 
 In process, an object holds one reference to the host object, given back by
 release(), a with block or the finaliser; over the API Server, release() does
@@ -28,13 +31,12 @@ nothing.
 import inspect
 import weakref
 
+from ._help import describe
 from ._objects import INTERFACES
+from .errors import DoesNotTravel, NotRemotable, NullHandle
 
-__all__ = ["APIObject", "INTERFACES", "NotRemotable", "application", "interface_class", "transfer_service", "wrap"]
-
-
-class NotRemotable(Exception):
-    """The API Server does not serve the function a method calls."""
+__all__ = ["APIObject", "DoesNotTravel", "INTERFACES", "NotRemotable", "NullHandle", "application",
+           "interface_class", "require", "transfer_service", "wrap"]
 
 
 # --- backends -----------------------------------------------------------------
@@ -118,8 +120,11 @@ class _Remote(_Backend):
                                      "only None or an empty list can be given")
                 continue
             values.append(self.unwrap(value, f"{export}(): argument {name!r}"))
-        answer = self.client.call(export, *values)
-        return _reshape(f, sig, answer)
+        answer = _reshape(f, sig, self.client.call(export, *values))
+        if sig.result_stays:
+            raise DoesNotTravel(f"{export} ran on the server, but its {sig.result_stays} result does not travel "
+                                "back: call it in process for its value", answer)
+        return answer
 
     def duplicate(self, handle):
         return handle
@@ -189,10 +194,14 @@ class APIObject:
     def query(self, interface):
         """The same object through another interface (a class or its name).
         Whether the object has it is not asked: functions of an interface it
-        lacks call nothing and return their defaults."""
+        lacks call nothing and return their defaults. Remotely, an interface
+        the API Server does not serve raises NotRemotable."""
         cls = interface_class(interface) if isinstance(interface, str) else interface
         if self._handle is _ROOTED:
             raise TypeError(f"{self.INTERFACE} is rooted: it has no other interfaces")
+        if not self.in_process and not cls.REMOTE:
+            raise NotRemotable(f"the API Server serves no function of {cls.INTERFACE}: it is queried in process "
+                               "only")
         return cls(self._backend, self._backend.duplicate(self._handle))
 
     def is_same_object(self, other):
@@ -236,8 +245,9 @@ def _method(interface, name):
         return _wrap_answer(self._backend, export, answer)
 
     method.__name__ = method.__qualname__ = name
-    method.__doc__ = f"Calls {export}."
     method.__signature__ = _method_signature(export, params)
+    shown = method.__signature__.replace(parameters=list(method.__signature__.parameters.values())[1:])
+    method.__doc__ = f"{interface}.{name}{shown}: calls {export}.\n\n{describe(export)}"
     return method
 
 
@@ -310,6 +320,15 @@ def application(client=None):
 def transfer_service():
     """The transfer service, in process (the API Server does not serve it)."""
     return interface_class("ITransferService")(_IN_PROCESS, _ROOTED)
+
+
+def require(value):
+    """value itself, when it is not None; NullHandle otherwise. Typed code
+    states with it that an object must be there: `require(app.GetDocuments())`
+    is an IDocuments, where the method's answer is Optional."""
+    if value is None:
+        raise NullHandle("the null object came back where an object was required")
+    return value
 
 
 def wrap(handle, interface="IAPIObject", client=None):

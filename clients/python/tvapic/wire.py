@@ -23,6 +23,8 @@ first, since the server itself reports no errors to its client.
 import struct
 from typing import NamedTuple, Optional
 
+from .errors import ProtocolError
+
 U64, I32, F64, STRING = "u64", "i32", "f64", "string"
 I32_SLOT, F64_SLOT, STRING_VECTOR = "i32 slot", "f64 slot", "string vector"
 
@@ -37,10 +39,6 @@ _I64_MIN = -(1 << 63)
 
 # Fewest bytes a value of each kind can take in a response.
 _MIN_SIZE = {U64: 8, I32: 4, F64: 8, STRING: 8, I32_SLOT: 1, F64_SLOT: 1, STRING_VECTOR: 0}
-
-
-class ProtocolError(Exception):
-    """A response that does not fit the signature of the function called."""
 
 
 class Handle(int):
@@ -95,6 +93,7 @@ class Signature(NamedTuple):
     name: str
     params: tuple                 # Param, in request order; the object's handle first
     result: Optional[Result]      # None when nothing travels back after the slots
+    stays: tuple = ()             # what the function has that does not travel, e.g. "result double"
 
     @property
     def request(self):
@@ -108,11 +107,18 @@ class Signature(NamedTuple):
     def slots(self):
         return [p for p in self.params if p.is_slot]
 
+    @property
+    def result_stays(self):
+        """The catalogue type of a result that does not travel ("double"), or ""."""
+        return next((item.split(" ", 1)[1] for item in self.stays if item.startswith("result ")), "")
+
     def describe(self):
-        """The signature as one line, e.g. `IDocuments_Add(documents, documentType, visible) -> u64`."""
+        """The signature as one line, e.g. `IDocuments_Add(documents, documentType, visible) -> u64`,
+        or `ILineSegment_GetX1(lineSegment) -> nothing (does not travel: result double)`."""
         names = ", ".join(p.name + ("?" if p.is_slot else "") for p in self.params)
         answer = ", ".join(self.response) or "nothing"
-        return f"{self.name}({names}) -> {answer}"
+        stays = f" (does not travel: {', '.join(self.stays)})" if self.stays else ""
+        return f"{self.name}({names}) -> {answer}{stays}"
 
 
 # --- values -----------------------------------------------------------------

@@ -1,9 +1,11 @@
-/* A C program built against the installed header and library. Without the
- * host application, the library's own parts still work: vectors, text, and
- * the default results of calls that reach no object. */
+/* A C program built against the installed headers and libraries. Without the
+ * host application, the library's own parts work (vectors, text, the default
+ * results of calls that reach no object), and its calls reach the installed
+ * simulated host once it is started. */
 #include <stdio.h>
 #include <stdlib.h>
 
+#include "sim/sim.h"
 #include "tvAPIC.h"
 
 static int failures = 0;
@@ -38,6 +40,20 @@ int main(void) {
     double x1 = 7.0;
     check(!ITavraDocument_GetDocumentGabarit(NULL, &x1, NULL, NULL, NULL) && x1 == 7.0,
           "a null handle leaves out-parameters untouched");
+
+    /* The simulated application answers as the application would. */
+    tvsim_start();
+    void* documents = IApplication_GetDocuments();
+    void* document = IDocuments_Add(documents, 1, 1);
+    tvWChar* name = ITavraDocument_GetName(document);
+    const tvWChar expected[] = {'D', 'o', 'c', 'u', 'm', 'e', 'n', 't', '1', 0};
+    int same = name != NULL;
+    for (int i = 0; same && i < 10; ++i) same = name[i] == expected[i];
+    check(same, "the simulated host names its first new document Document1");
+    free(name);
+    IAPIObject_Release(document);
+    IAPIObject_Release(documents);
+    tvsim_stop();
 
     if (failures) return 1;
     printf("tvAPIC consumer: ok\n");

@@ -2,34 +2,32 @@
 """A remote client at work: it drives the application running in another
 process through the API Server, step by step, and prints what it did.
 
-    drawing_demo.py [--host H] [--port N]
+    python3 -m tvapic.examples.drawing_demo [--host H] [--port N]
 
 It creates a drawing, draws a small frame of line segments in the active
 view, reads their bounding box back (doubles leave the server only through
-slots), saves the drawing, closes it, reopens it and checks what came back.
+slots), saves the drawing in the application's current directory, closes
+it, reopens it, checks what came back and deletes the file again.
 """
 import argparse
 import os
 import sys
-import tempfile
 
-from tvapic import Client
+from tvapic import Client, Error
 
 DRAWING = 1  # the simulated host's document type for a two-dimensional drawing
+
+
+class Failed(Exception):
+    """A step the application refused: the demonstration stops with a sentence."""
 
 
 def step(text, value=None):
     print(f"  {text:<58} {'' if value is None else value}")
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--host", default="127.0.0.1")
-    parser.add_argument("--port", type=int, default=8001)
-    args = parser.parse_args()
-    app = Client(args.host, args.port)
-
-    print(f"Driving {app.IApplication_GetApplicationName(True)} on {args.host}:{args.port}")
+def draw(app):
+    print(f"Driving {app.IApplication_GetApplicationName(True)} on {app.host}:{app.port}")
     *version, ok = app.IApplication_GetSystemVersion(0, 0, 0, 0)
     step("IApplication_GetSystemVersion", ".".join(map(str, version)))
 
@@ -54,19 +52,38 @@ def main():
     x1, y1, x2, y2, ok = app.ITavraDocument2D_GetObjectsGabarit(drawing, 0.0, 0.0, 0.0, 0.0)
     step("ITavraDocument2D_GetObjectsGabarit (f64 slots)", f"({x1:g}, {y1:g}) - ({x2:g}, {y2:g})")
 
-    path = os.path.join(tempfile.gettempdir(), f"tvapic-demo-{os.getpid()}.tvd")
-    step("ITavraDocument_SaveAs", f"{app.ITavraDocument_SaveAs(drawing, path)}  {path}")
+    # The file is the application's to write: a relative name lands in its
+    # current directory, wherever the client runs.
+    name = f"tvapic-demo-{os.getpid()}.tvd"
+    folder = app.IApplication_GetCurrentDirectory()
+    if not app.ITavraDocument_SaveAs(drawing, name):
+        raise Failed(f"The application did not save {name} in its current directory {folder}: it may not write "
+                     "there (tvhost writes below its --files folder only).")
+    step("ITavraDocument_SaveAs, GetPath", app.ITavraDocument_GetPath(drawing) + name)
     step("ITavraDocument_Close", app.ITavraDocument_Close(drawing, False))
 
-    reopened = app.IDocuments_Open(documents, path, True, False)
+    reopened = app.IDocuments_Open(documents, name, True, False)
+    if reopened is None:
+        raise Failed(f"The application did not open {name} again from {folder}.")
     step("IDocuments_Open -> name, author",
          f"{app.ITavraDocument_GetName(reopened)}, {app.ITavraDocument_GetAuthor(reopened)}")
     again = app.ITavraDocument2D_GetObjectsGabarit(reopened, 0.0, 0.0, 0.0, 0.0)
     step("bounding box after reopening", f"({again[0]:g}, {again[1]:g}) - ({again[2]:g}, {again[3]:g})")
-    app.ITavraDocument_Close(reopened, False)
-    os.remove(path)
+    step("ITavraDocument_Delete (the file, then the document)", app.ITavraDocument_Delete(reopened))
 
-    same = (x1, y1, x2, y2) == tuple(again[:4]) and (x1, y1, x2, y2) == (0, 0, 120, 80)
+    return (x1, y1, x2, y2) == tuple(again[:4]) == (0, 0, 120, 80)
+
+
+def main(argv=None):
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--host", default="127.0.0.1")
+    parser.add_argument("--port", type=int, default=8001)
+    args = parser.parse_args(argv)
+    try:
+        same = draw(Client(args.host, args.port))
+    except (Error, Failed, OSError) as e:   # OSError: the connection failed midway
+        print(f"drawing_demo: {e}", file=sys.stderr)
+        return 1
     print("The drawing came back as it was saved." if same else "The drawing did NOT come back as saved.")
     return 0 if same else 1
 

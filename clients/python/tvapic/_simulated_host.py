@@ -1,0 +1,70 @@
+"""The simulated host in this process: libtvsim, the stand-in of the
+application that tvhost also serves, for running tvapic.native and
+tvapic.objects outside the application.
+
+Inside the application the library's calls reach the application itself and
+none of this is used. Outside it, with no application installed, the host
+platform's stand-in ends the process at the first call that needs one.
+"""
+
+import ctypes
+import os
+import sys
+import threading
+from pathlib import Path
+
+from . import _cdll
+from ._handles import outstanding
+
+ENVIRONMENT = "TVSIM_LIBRARY"
+
+_lock = threading.Lock()
+_started = None   # (path, CDLL)
+
+
+def _names():
+    return ["tvsim.dll"] if sys.platform == "win32" else ["libtvsim.so"]
+
+
+def _candidates(path):
+    """Where to look, in order: the path given, TVSIM_LIBRARY, beside libtvAPIC, the system's loader."""
+    wanted = path or os.environ.get(ENVIRONMENT)
+    if wanted:
+        return [wanted]
+    library = Path(_cdll.loaded_path())
+    beside = [str(library.parent / name) for name in _names()] if library.is_absolute() else []
+    return [candidate for candidate in beside if Path(candidate).is_file()] + _names()
+
+
+def start(path=None):
+    """Starts the simulated application in this process, once; the path its library was loaded from."""
+    global _started
+    with _lock:
+        if _started is None:
+            _cdll.load()   # first: the host's libraries it shares with libtvAPIC come with it
+            errors = []
+            for candidate in _candidates(path):
+                try:
+                    _started = (candidate, ctypes.CDLL(candidate))
+                    break
+                except OSError as e:
+                    errors.append(str(e))
+            else:
+                raise _cdll.LibraryNotFound(f"the simulated host (libtvsim) was not found: set {ENVIRONMENT} to "
+                                            f"its path, or install it beside libtvAPIC ({'; '.join(errors)})")
+            _started[1].tvsim_start()
+        return _started[0]
+
+
+def stop():
+    """Stops the simulated application; every handle must have been given back first."""
+    global _started
+    with _lock:
+        if _started is None:
+            return
+        held = outstanding()
+        if held:
+            raise RuntimeError(f"{held} handles are still held: release them before stopping the simulated host, "
+                               "which frees the objects they point to")
+        _started[1].tvsim_stop()
+        _started = None
