@@ -5,31 +5,10 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdlib>
-
-#if defined(_WIN32)
-#include <windows.h>
-#endif
 
 namespace c_heap {
 
-#if defined(_WIN32)
-template <class F>
-F UniversalRuntime(const char* name) {
-    static HMODULE ucrt = LoadLibraryW(L"ucrtbase.dll");
-    return reinterpret_cast<F>(reinterpret_cast<void*>(GetProcAddress(ucrt, name)));
-}
-inline void* Allocate(std::size_t n) {
-    static auto f = UniversalRuntime<void* (*)(std::size_t)>("malloc");
-    return f(n);
-}
-inline void Free(void* p) {
-    static auto f = UniversalRuntime<void (*)(void*)>("free");
-    f(p);
-}
-#else
-inline void* Allocate(std::size_t n) { return std::malloc(n); }
-inline void Free(void* p) { std::free(p); }
-#endif
+void* Allocate(std::size_t n);
+void Free(void* p);
 
 }  // namespace c_heap
