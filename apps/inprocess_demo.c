@@ -7,6 +7,21 @@
 #include "sim/sim.h"
 #include "tvAPIC.h"
 
+/* Returned text is freed with the C runtime's free. A Windows program built
+ * with a current compiler uses the universal C runtime and calls free; this
+ * demonstration, built by MinGW against the older msvcrt.dll, asks
+ * ucrtbase.dll for its free instead. */
+#if defined(_WIN32)
+#include <windows.h>
+static void free_text(void* text) {
+    static void(__cdecl * ucrt_free)(void*) = NULL;
+    if (!ucrt_free) ucrt_free = (void(__cdecl*)(void*))(void*)GetProcAddress(LoadLibraryW(L"ucrtbase.dll"), "free");
+    ucrt_free(text);
+}
+#else
+#define free_text free
+#endif
+
 /* Literal UTF-16 text for the exports, without relying on C11's u"" strings. */
 static const tvWChar* wide(const char* s) {
     static tvWChar buffers[4][128];
@@ -27,7 +42,7 @@ static void print_text(const char* label, tvWChar* text) {
     }
     for (const tvWChar* p = text; *p; ++p) putchar(*p < 128 ? (char)*p : '?');
     putchar('\n');
-    free(text);
+    free_text(text);
 }
 
 /* Event callbacks: plain C functions, called while the host raises the event.
