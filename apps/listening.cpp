@@ -17,7 +17,12 @@ std::uint16_t ReservePort(std::uint16_t port, std::string& error) {
     boost::system::error_code failure;
     tcp::endpoint endpoint(asio::ip::address_v4::any(), port);
     acceptor.open(endpoint.protocol(), failure);
+#if defined(_WIN32)
+    // As the server does on Windows: exclusive use, so a port in use is refused.
+    if (!failure) acceptor.set_option(asio::detail::socket_option::boolean<SOL_SOCKET, SO_EXCLUSIVEADDRUSE>(true), failure);
+#else
     if (!failure) acceptor.set_option(asio::socket_base::reuse_address(true), failure);
+#endif
     if (!failure) acceptor.bind(endpoint, failure);
     if (failure) {
         error = failure.message();

@@ -21,6 +21,18 @@ void Report(const char* what) {
     std::fflush(stderr);
 }
 
+// A port left in TIME_WAIT by an earlier run can be bound again at once. On
+// Windows SO_REUSEADDR would also let the listener bind over a port another
+// program listens on, and share its connections; there, exclusive use gives
+// what address reuse gives elsewhere, and a port in use is refused.
+void ReuseAddress(tcp::acceptor& acceptor) {
+#if defined(_WIN32)
+    acceptor.set_option(asio::detail::socket_option::boolean<SOL_SOCKET, SO_EXCLUSIVEADDRUSE>(true));
+#else
+    acceptor.set_option(asio::socket_base::reuse_address(true));
+#endif
+}
+
 }  // namespace
 
 Server& Server::Instance() {
@@ -59,7 +71,7 @@ bool Server::Listen(tcp::acceptor& acceptor) {
     try {
         tcp::endpoint endpoint(asio::ip::address_v4::any(), port_);
         acceptor.open(endpoint.protocol());
-        acceptor.set_option(asio::socket_base::reuse_address(true));
+        ReuseAddress(acceptor);
         acceptor.bind(endpoint);
         acceptor.listen(0x7FFFFFFF);
         return true;
