@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/c_heap.h"
 #include "events/test_text.h"
 #include "probe/probe.h"
 #include "probe/probe_faces.h"
@@ -238,7 +239,8 @@ struct Kind<const std::vector<std::int32_t>&> {
     void After(Report&) {}
 };
 
-// A writable list of texts: the callback replaces the second text.
+// A writable list of texts: the callback replaces the second text, freeing
+// the one it replaces.
 template <>
 struct Kind<std::vector<tvapi::WString>&> {
     using C = StringVector_t*;
@@ -250,7 +252,9 @@ struct Kind<std::vector<tvapi::WString>&> {
     void Received(Report& r, C c) {
         bool same = c && c->size == 2 && Text(c->data[0]) == TVAPIC_TEXT("a") && Text(c->data[1]) == TVAPIC_TEXT("b");
         r.Expect(same, "text list" + At(position) + " is not the host's list");
-        if (same) StringVector_Set(c, 1, TVAPIC_TEXT("z"));
+        if (!same) return;
+        c_heap::Free(c->data[1]);
+        StringVector_Set(c, 1, TVAPIC_TEXT("z"));
     }
     void After(Report& r) {
         r.Expect(value == std::vector<tvapi::WString>{tvapi::WString(TVAPIC_TEXT("a")), tvapi::WString(TVAPIC_TEXT("z"))},
