@@ -14,9 +14,7 @@ void Call::ReturnObject(void* r) { result_ = HandleRegistry::Instance().Remember
 
 void Call::Discard(ObjectReferenceVector_t* r) {
     if (!r) return;
-    for (std::uint64_t i = 0; i < r->size; ++i) {
-        if (r->data[i]) IAPIObject_Release(r->data[i]);
-    }
+    ReleaseElements(*r);
     ObjectReferenceVector_Delete(r);
 }
 

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "bridge/request.h"
-#include "frame/heap.h"
+#include "containers/clear.h"
 #include "tvAPIC.h"
 
 namespace tvapic::bridge {
@@ -72,6 +72,13 @@ private:
     std::variant<std::monostate, std::uint64_t, std::int32_t, OwnedText, OwnedTexts> result_;
 };
 
+// Gives back the reference that each element of an object list carries.
+inline void ReleaseElements(const ObjectReferenceVector_t& v) {
+    for (std::uint64_t i = 0; i < v.size; ++i) {
+        if (v.data[i]) IAPIObject_Release(v.data[i]);
+    }
+}
+
 // The vectors a handler passes for parameters that do not travel: empty,
 // and the handler's own, so whatever the function filled into them is given
 // back when the handler ends.
@@ -82,14 +89,8 @@ public:
     OwnVector(const OwnVector&) = delete;
     OwnVector& operator=(const OwnVector&) = delete;
     ~OwnVector() {
-        if constexpr (std::is_same_v<CV, StringVector_t>) {
-            for (std::uint64_t i = 0; i < vector_.size; ++i) heap::Free(vector_.data[i]);
-        } else if constexpr (std::is_same_v<CV, ObjectReferenceVector_t>) {
-            for (std::uint64_t i = 0; i < vector_.size; ++i) {
-                if (vector_.data[i]) IAPIObject_Release(vector_.data[i]);
-            }
-        }
-        heap::Free(vector_.data);
+        if constexpr (std::is_same_v<CV, ObjectReferenceVector_t>) ReleaseElements(vector_);
+        containers::Clear(&vector_);  // the family's clear: a text list's texts, then the block
     }
     CV* get() { return &vector_; }
 
