@@ -1,7 +1,7 @@
 #include "bridge/call.h"
 
 #include "bridge/handle_registry.h"
-#include "frame/heap.h"
+#include "core/heap.h"
 
 namespace tvapic::bridge {
 

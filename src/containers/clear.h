@@ -3,7 +3,7 @@
 #pragma once
 
 
-#include "frame/heap.h"
+#include "core/heap.h"
 #include "tvAPIC.h"
 
 namespace tvapic::containers {

@@ -13,9 +13,9 @@
 
 #include "containers/clear.h"
 #include "containers/value_handles.h"
-#include "frame/heap.h"
-#include "frame/query.h"
-#include "frame/text.h"
+#include "core/heap.h"
+#include "core/query.h"
+#include "core/text.h"
 #include "tvAPIC.h"
 #include "tvapi/core.h"
 #include "tvapi/values.h"
@@ -57,10 +57,10 @@ std::vector<X> ToHost(const CV* v);
 template <class X, class E>
 X ToHostElement(E e) {
     if constexpr (std::is_same_v<X, tvapi::WString>) {
-        return frame::ToHostText(e);  // a null element is the empty text
+        return core::ToHostText(e);  // a null element is the empty text
     } else if constexpr (IsSmartPtr<X>::value) {
         using I = std::remove_pointer_t<decltype(X().get())>;
-        return e ? X(frame::Query<I>(e)) : X();
+        return e ? X(core::Query<I>(e)) : X();
     } else if constexpr (IsObjectList<X>::value) {
         using Inner = typename X::value_type;
         return ToHost<Inner>(e);
@@ -101,7 +101,7 @@ void* ToCallerObject(const tvapi::SmartPtr<I>& element) {
     I* p = element.get();
     if (!p) return nullptr;
     p->AddRef();
-    auto* face = frame::Query<tvapi::IAPIObject>(p);
+    auto* face = core::Query<tvapi::IAPIObject>(p);
     if (!face) return nullptr;  // the gained reference stays with the host object
     face->AddRef();
     void* stored = face;
@@ -123,7 +123,7 @@ void Fill(CV* v, const std::vector<X>& host) {
     } else {
         for (std::size_t i = 0; i < host.size(); ++i) {
             if constexpr (std::is_same_v<X, bool>) v->data[i] = host[i] ? 1 : 0;
-            else if constexpr (std::is_same_v<X, tvapi::WString>) v->data[i] = frame::CopyText(host[i]);
+            else if constexpr (std::is_same_v<X, tvapi::WString>) v->data[i] = core::CopyText(host[i]);
             else if constexpr (IsSmartPtr<X>::value) v->data[i] = ToCallerObject(host[i]);
             else if constexpr (IsObjectList<X>::value) v->data[i] = NewVector<ObjectReferenceVector_t>(host[i]);
             else v->data[i] = NewValueHandle<PropertyValue_t>(&host[i]);

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "containers/value_handles.h"
-#include "frame/text.h"
+#include "core/text.h"
 #include "tvAPIC.h"
 #include "tvapi/values.h"
 
@@ -16,7 +16,7 @@ using tvapic::containers::ReleaseHostValue;
 // Value texts go out in blocks of 8 bytes per unit, the width callers of these
 // functions have always been given (other text results use 2).
 tvWChar* CopyValueText(const tvapi::WString& s) {
-    return tvapic::frame::CopyText(s.data(), s.size(), 8);
+    return tvapic::core::CopyText(s.data(), s.size(), 8);
 }
 
 int32_t Flag(bool b) { return b ? 1 : 0; }
@@ -43,7 +43,7 @@ void PropertyValue_SetBool(PropertyValue_t* h, int32_t flag) { h->value->SetBool
 void PropertyValue_SetInt(PropertyValue_t* h, int32_t number) { h->value->SetInt(number); }
 void PropertyValue_SetDouble(PropertyValue_t* h, double number) { h->value->SetDouble(number); }
 void PropertyValue_SetString(PropertyValue_t* h, const tvWChar* text) {
-    h->value->SetString(tvapic::frame::ToHostText(text));
+    h->value->SetString(tvapic::core::ToHostText(text));
 }
 
 int32_t PropertyValue_ToBool(PropertyValue_t* h) { return Flag(h->value->ToBool()); }

@@ -7,8 +7,8 @@
 
 #include "containers/clear.h"
 #include "containers/value_handles.h"
-#include "frame/heap.h"
-#include "frame/text.h"
+#include "core/heap.h"
+#include "core/text.h"
 #include "tvAPIC.h"
 
 namespace {
@@ -125,7 +125,7 @@ void Uint8VectorVector_Delete(Uint8VectorVector_t* v) { DeleteOwning(v, Uint8Vec
 StringVector_t* StringVector_Create(uint64_t count) { return Create<StringVector_t>(count); }
 tvWChar* StringVector_Get(StringVector_t* v, uint64_t i) { return Get(v, i); }
 void StringVector_Set(StringVector_t* v, uint64_t i, const tvWChar* s) {
-    if (v) v->data[i] = tvapic::frame::CopyText(s, tvapic::frame::TextLength(s), 8);
+    if (v) v->data[i] = tvapic::core::CopyText(s, tvapic::core::TextLength(s), 8);
 }
 void StringVector_Clear(StringVector_t* v) { tvapic::containers::Clear(v); }
 void StringVector_Delete(StringVector_t* v) { DeleteOwning(v, StringVector_Clear); }

@@ -13,9 +13,9 @@
 #include <vector>
 
 #include "containers/convert.h"
-#include "frame/heap.h"
-#include "frame/query.h"
-#include "frame/text.h"
+#include "core/heap.h"
+#include "core/query.h"
+#include "core/text.h"
 #include "tvAPIC.h"
 #include "tvapi/core.h"
 
@@ -76,7 +76,7 @@ struct CallbackArg<tvapi::WString&> {
     tvWChar* local = nullptr;
     explicit CallbackArg(tvapi::WString& h) : host(h) {}
     C c() { return &local; }
-    void finish() { host = frame::ToHostText(local); }
+    void finish() { host = core::ToHostText(local); }
 };
 
 template <>
@@ -129,7 +129,7 @@ struct CallbackArg<const std::vector<tvapi::SmartPtr<I>>&> {
         : list(containers::NewVector<ObjectReferenceVector_t>(host)), size(list.vector->size) {}
     ~CallbackArg() {
         for (std::uint64_t i = 0; i < size; ++i) {
-            if (list.block[i]) frame::AsObject(list.block[i])->Release();
+            if (list.block[i]) core::AsObject(list.block[i])->Release();
         }
     }
     C c() const { return list.vector; }

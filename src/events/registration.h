@@ -15,7 +15,7 @@
 
 #include "events/adapter.h"
 #include "frame/frame.h"
-#include "frame/text.h"
+#include "core/text.h"
 #include "tvAPIC.h"
 #include "tvapi/core.h"
 
@@ -28,7 +28,7 @@ void Register(void* object, const tvWChar* key, Callback callback, R (I::*add)(c
     if (!object) return;
     frame::Target<I> self(object);
     if (!self) return;
-    const tvapi::WString host_key = frame::ToHostText(key);
+    const tvapi::WString host_key = core::ToHostText(key);
     Handler handler = MakeHandler<Handler>(callback);
     (self.operator->()->*add)(host_key, handler);
 }

@@ -12,8 +12,8 @@
 
 #include "containers/convert.h"
 #include "containers/value_handles.h"
-#include "frame/query.h"
-#include "frame/text.h"
+#include "core/query.h"
+#include "core/text.h"
 #include "tvapi/core.h"
 #include "tvapi/values.h"
 
@@ -39,7 +39,7 @@ struct Arg<T, C, std::enable_if_t<std::is_arithmetic_v<T> || std::is_enum_v<T>>>
 template <class C>
 struct Arg<const tvapi::WString&, C> {
     tvapi::WString value;
-    explicit Arg(const tvWChar* c) : value(ToHostText(c)) {}
+    explicit Arg(const tvWChar* c) : value(core::ToHostText(c)) {}
     const tvapi::WString& host() const { return value; }
     void finish() {}
 };
@@ -50,7 +50,7 @@ struct Arg<const tvapi::WString&, C> {
 template <class I, class C>
 struct Arg<const tvapi::SmartPtr<I>&, C> {
     tvapi::SmartPtr<I> value;
-    explicit Arg(void* c) : value(c ? tvapi::SmartPtr<I>(Query<I>(c)) : tvapi::SmartPtr<I>()) {}
+    explicit Arg(void* c) : value(c ? tvapi::SmartPtr<I>(core::Query<I>(c)) : tvapi::SmartPtr<I>()) {}
     const tvapi::SmartPtr<I>& host() const { return value; }
     void finish() {}
 };
@@ -59,9 +59,9 @@ struct Arg<const tvapi::SmartPtr<I>&, C> {
 // argument; the null case never gets here).
 template <class C>
 struct Arg<tvapi::IAPIObject*, C> {
-    HeldRef<tvapi::IAPIObject> hold;
+    core::HeldRef<tvapi::IAPIObject> hold;
     tvapi::IAPIObject* value;
-    explicit Arg(void* c) : hold(AsObject(c)), value(AsObject(c)) {}
+    explicit Arg(void* c) : hold(core::AsObject(c)), value(core::AsObject(c)) {}
     tvapi::IAPIObject* host() const { return value; }
     void finish() {}
 };
@@ -89,10 +89,10 @@ struct Arg<tvapi::SmartPtr<I>*, C> {
     tvapi::SmartPtr<I>* host() { return &local; }
     void finish() {
         if (!out) return;
-        void* face = local ? Query<tvapi::IAPIObject>(local.get()) : nullptr;
+        void* face = local ? core::Query<tvapi::IAPIObject>(local.get()) : nullptr;
         if (face) {
-            AsObject(face)->AddRef();
-            AsObject(face)->Release();
+            core::AsObject(face)->AddRef();
+            core::AsObject(face)->Release();
         }
         *out = face;
     }

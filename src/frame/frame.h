@@ -11,8 +11,8 @@
 //     return r;                                 // conversions freed, then Release
 #pragma once
 
+#include "core/query.h"
 #include "frame/args.h"
-#include "frame/query.h"
 #include "frame/results.h"
 #include "tvapi/accessors.h"
 
@@ -24,7 +24,7 @@ namespace tvapic::frame {
 template <class I>
 class Target {
 public:
-    explicit Target(void* handle) : p_(handle ? Query<I>(handle) : nullptr) {
+    explicit Target(void* handle) : p_(handle ? core::Query<I>(handle) : nullptr) {
         if (p_) p_->AddRef();
     }
     // Runs in a no-throw context: a host that throws from Release ends the process.

@@ -1,9 +1,9 @@
 // The handle base: references and identity of any API object.
-#include "frame/query.h"
+#include "core/query.h"
 #include "tvAPIC.h"
 
-using tvapic::frame::AsObject;
-using tvapic::frame::Query;
+using tvapic::core::AsObject;
+using tvapic::core::Query;
 
 extern "C" {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "containers/convert.h"
-#include "frame/text.h"
+#include "core/text.h"
 #include "tvapi/core.h"
 #include "tvapi/values.h"
 
@@ -24,7 +24,7 @@ struct Result<R, CR, std::enable_if_t<std::is_arithmetic_v<R> || std::is_enum_v<
 // Text: a fresh caller-owned copy, never null once the host was reached.
 template <class CR>
 struct Result<tvapi::WString, CR> {
-    static CR From(const tvapi::WString& r) { return CopyText(r); }
+    static CR From(const tvapi::WString& r) { return core::CopyText(r); }
 };
 
 // An object: one more reference for the caller before the host's owning

@@ -5,7 +5,7 @@
 
 #include "tvapi/core.h"
 
-namespace tvapic::frame {
+namespace tvapic::core {
 
 inline tvapi::IAPIObject* AsObject(void* handle) {
     return static_cast<tvapi::IAPIObject*>(handle);
@@ -36,4 +36,4 @@ private:
     I* p_;
 };
 
-}  // namespace tvapic::frame
+}  // namespace tvapic::core

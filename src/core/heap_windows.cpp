@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "frame/heap.h"
+#include "core/heap.h"
 
 namespace tvapic::heap {
 namespace {

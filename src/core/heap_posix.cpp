@@ -1,7 +1,7 @@
 // Platform file (ELF and Mach-O): one C library serves the whole process.
 #include <cstdlib>
 
-#include "frame/heap.h"
+#include "core/heap.h"
 
 namespace tvapic::heap {
 

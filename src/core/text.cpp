@@ -1,8 +1,8 @@
-#include "frame/text.h"
+#include "core/text.h"
 
-#include "frame/heap.h"
+#include "core/heap.h"
 
-namespace tvapic::frame {
+namespace tvapic::core {
 
 std::size_t TextLength(const tvWChar* s) {
     std::size_t n = 0;
@@ -25,4 +25,4 @@ tvWChar* CopyText(const tvapi::WChar* s, std::size_t units, std::size_t bytes_pe
 
 tvWChar* CopyText(const tvapi::WString& s) { return CopyText(s.data(), s.size()); }
 
-}  // namespace tvapic::frame
+}  // namespace tvapic::core
