@@ -52,19 +52,6 @@ class Refusals(unittest.TestCase):
                 self.assertIn(f"application.api:{line}", str(e.exception))
 
 
-class Accepted(unittest.TestCase):
-    def test_a_well_formed_catalogue_reads_with_case_kept_and_references_across_groups(self):
-        cat = load(f"interface IA {IID_B}\n  IB GetB()\n  void SetB(IB value)\n"
-                   "  void SetValues(int row, AttributeValueVector value)  # unlike its getter: by design\n"
-                   "  StringVector GetValues(int row)\n"
-                   "  DoubleVector GetPoints()\n  void SetPoints(DoubleVector value)\n",
-                   model=f"interface IB {IID_A}\n")
-        self.assertEqual(cat.interfaces["IA"].iid, IID_B)
-        self.assertEqual([op.name for op in cat.interfaces["IA"].ops],
-                         ["GetB", "SetB", "SetValues", "GetValues", "GetPoints", "SetPoints"])
-        self.assertEqual(cat.interfaces["IB"].group, "model")
-
-
 class Figures(unittest.TestCase):
     def test_shapes_are_counted_per_function_and_per_element_width(self):
         cat = load(f"interface IA rooted application\n"

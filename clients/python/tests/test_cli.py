@@ -59,14 +59,11 @@ def test_list_and_help_describe_the_functions():
                               "i32 slot, i32 slot, i32 slot, i32 slot, i32\n")
     out = io.StringIO()
     assert main(["list", "--json", "GetExternalFilesNames"], out) == 0
-    assert json.loads(out.getvalue()) == [{
-        "name": "ITavraDocument_GetExternalFilesNames", "response": ["i32"],
-        "params": [{"name": "tavraDocument", "kind": "u64", "type": "object", "of": "ITavraDocument", "slot": False},
-                   {"name": "recursive", "kind": "i32", "type": "bool", "of": "", "slot": False}],
-        "does_not_travel": ["fileNames StringVector"]}]
+    listed, = json.loads(out.getvalue())
+    assert listed["params"][1] == {"name": "recursive", "kind": "i32", "type": "bool", "of": "", "slot": False}
+    assert (listed["response"], listed["does_not_travel"]) == (["i32"], ["fileNames StringVector"])
     out = io.StringIO()
-    assert main(["help", "IDocumentSettings_IsTextStability"], out) == 0
-    assert "Remotable: no." in out.getvalue()
+    assert main(["help", "IDocumentSettings_IsTextStability"], out) == 0 and "Remotable: no." in out.getvalue()
 
 
 def test_version_is_the_packages():

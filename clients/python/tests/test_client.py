@@ -61,12 +61,6 @@ def test_a_reset_after_the_answer_ends_it():
     server.join()
 
 
-def test_an_unread_request_answered_with_nothing_is_an_empty_answer():
-    server = StandIn(b"", read=8, reset=True)
-    assert server.client().call_raw("NoSuchFunction", b"\0" * 64) == b""
-    server.join()
-
-
 def test_an_answer_cut_short_names_the_function():
     server = StandIn(b"\0" + struct.pack("<i", 7))
     with pytest.raises(ProtocolError, match="IApplication_GetSystemVersion.*too short"):

@@ -4,10 +4,8 @@ import gc
 
 import pytest
 
-from inprocess import host, in_process_suite, native, references, simulated_host  # noqa: F401  (fixtures)
+from inprocess import host, native, references, simulated_host  # noqa: F401  (fixtures)
 from tvapic import Client, Handle, objects
-
-pytestmark = in_process_suite
 
 
 def documents_script(app, folder):
