@@ -1,4 +1,4 @@
-"""Calls to the simulated host through its API Server, and tvhost's own command line."""
+"""tvhost's files root and current directory as a client sees them, and its own command line."""
 import os
 import shlex
 import subprocess
@@ -9,14 +9,6 @@ from conftest import start_tvhost, stop
 from tvapic import Client
 
 pytestmark = pytest.mark.usefixtures("tvhost")
-
-
-def test_application_name_and_the_slots_sent_with_a_value(app):
-    assert app.IApplication_GetApplicationName(True) == "Tavra simulated host 2611"
-    assert app.call("IApplication_GetBuildNumber") == 2611
-    assert app.IApplication_GetSystemVersion(0, 0, 0, 0) == (26, 1, 0, 2611, True)
-    # Slots sent without a value come back without one, whatever the host stored.
-    assert app.IApplication_GetSystemVersion(None, 5, build=-1) == (None, 1, None, 2611, True)
 
 
 def test_the_current_directory_starts_at_the_files_root(app, served_files):
@@ -33,20 +25,6 @@ def test_the_current_directory_starts_at_the_files_root(app, served_files):
     reopened = app.IDocuments_Open(app.IApplication_GetDocuments(), "relative.tvd", False, False)
     assert app.ITavraDocument_GetPath(reopened) == str(served_files) + "/"
     assert app.ITavraDocument_Close(reopened, False) is True
-
-
-def test_null_handles_give_null_results(app):
-    assert app.ITavraDocument_GetName(None) == ""
-    assert app.IDocuments_GetItem(None, 0) is None
-    # A null string vector: the slot alone comes back.
-    assert app.IDocuments_GetLoadCombinations(None, "plan.tvd", 9) == (9, None)
-
-
-def test_names_the_server_does_not_serve_are_answered_with_nothing(app):
-    assert app.call_raw("IApplication_NoSuchFunction") == b""
-    assert app.call_raw("iapplication_getbuildnumber") == b""  # names are case-sensitive
-    assert app.call_raw("NoSuchFunction", b"\x01" * 100) == b""
-    assert app.call("IApplication_GetBuildNumber") == 2611  # and the server goes on serving
 
 
 def emulator():
