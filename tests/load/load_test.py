@@ -4,12 +4,9 @@ the load tool (tools/bridge_load) against it. No wrong and no lost answers;
 the server still serves, its resident memory grew by no more than the bound,
 and it stops on its signal having written nothing but its own reports.
 
-    load_test.py --tvhost PATH --load PATH [--calls 3000] [--rss-growth-limit-kib N]
-                 [--emulator COMMAND]
+    load_test.py --tvhost PATH --load PATH [--calls 3000] [--rss-growth-limit-kib N] [--emulator COMMAND]
 
---emulator runs both programs under a command (for example `wine`, for the
-Windows build); tvhost is then stopped with SIGINT, which Wine hands to the
-program as Ctrl-C (SIGTERM would end a Windows program without its shutdown).
+--emulator runs both under a command (`wine`); tvhost then stops on SIGINT, Wine's Ctrl-C.
 """
 import argparse
 import os
