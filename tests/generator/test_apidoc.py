@@ -1,8 +1,8 @@
-"""The API reference in the build tree: every export under its interface with
-its C signature, the interface its handles, lists and enumerations carry, and
-for remotable functions a link to their wire values; an index that reaches
-every interface; every link landing on something. No browser: the pages are
-read as text.
+"""The API reference in the build tree: signatures that name the interface
+their handles, lists and enumerations carry, written down here; remotable
+functions with their wire values; an index that reaches every interface, a
+search that finds every export on its page; every link landing on something.
+No browser: the pages are read as text.
 
     test_apidoc.py <build>/docs/api
 """
@@ -17,7 +17,6 @@ ROOT = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tools"))
 from tvgen import catalogue, events as events_mod  # noqa: E402
 from tvgen.__main__ import GROUPS  # noqa: E402
-from tvgen.ctypes_map import c_signature  # noqa: E402
 
 PAGES = Path(sys.argv.pop(1)) if len(sys.argv) > 1 else ROOT / "build" / "docs" / "api"
 FUNCTION = re.compile(r'<div class="fn" id="(\w+)"><pre class="sig">(.*?)</pre>(?:<p>(.*?)</p>)?</div>', re.S)
@@ -55,20 +54,6 @@ class ApiReference(unittest.TestCase):
         cls.events = events_mod.load(ROOT / "catalogue", cls.cat)
         cls.pages = {group: functions(f"{group}.html") for group in cls.cat.groups}
 
-    def test_every_export_has_its_c_signature_with_what_its_values_carry(self):
-        comment = re.compile(r" /\* (?:of (?:vectors of )?)?(\w+) \*/")
-        wrong = []
-        for op in self.cat.ops():
-            signature, facts = self.pages[op.interface.group].get(op.export, ("", ""))
-            result, params = c_signature(op)
-            carried = comment.findall(signature)
-            expected = [t.element or t.name or t.kind for t in [op.result] + [p.type for p in op.params]
-                        if t.kind in ("object", "enum") or t.element or (t.kind == "bool" and t is not op.result)]
-            if (comment.sub("", signature) != f"{result} {op.export}({params})" or carried != expected
-                    or ("API Server: " in facts) != op.interface.remote):
-                wrong.append(op.export)
-        self.assertEqual(wrong[:10], [], f"{len(wrong)} exports")
-
     def test_signatures_name_the_interfaces_a_reader_needs(self):
         application = self.pages["application"]
         self.assertEqual(application["IDocuments_Add"][0], "void* /* ITavraDocument */ IDocuments_Add(void* handle, "
@@ -81,13 +66,8 @@ class ApiReference(unittest.TestCase):
                       "u64: ITavraDocument", application["IDocuments_Open"][1])
         self.assertIn("one reference: IAPIObject_Release", application["IDocuments_Open"][1])
         self.assertIn("its result stays behind", self.pages["drawing"]["ILineSegment_GetX1"][1])
-
-    def test_registrations_show_their_callbacks_with_what_these_receive(self):
-        every = {name: sig for page in self.pages.values() for name, (sig, _) in page.items()}
-        for e in self.events.events():
-            self.assertIn(f"(*{e.callback_type})(", every[e.export], e.export)
         self.assertIn("(*IApplicationEvents_CreateDocumentCallback)(void* /* ITavraDocument */ document)",
-                      every["IApplicationEvents_AddCreateDocumentHandler"])
+                      functions("events.html")["IApplicationEvents_AddCreateDocumentHandler"][0])
 
     def test_every_link_lands_and_the_index_reaches_every_interface_in_one_step(self):
         pages = {}

@@ -1,20 +1,14 @@
-"""A new user's first hour, scripted: the README's Python examples, as the
-README writes them, run from a fresh virtual environment and an installed
-prefix, and a type checker accepts them.
+"""A new user's first hour, scripted, against an installed prefix alone:
+`cmake --install` into a fresh prefix gives what a user is promised; a C
+program builds against it with CMake's package and with pkg-config, and runs;
+`pip install ./clients/python` into a fresh virtual environment, then the
+README's Python examples as written run (remotely against the installed
+tvhost, in process told only TVAPIC_LIBRARY) and mypy accepts them.
 
-    new_user_test.py --source REPO --build BUILD --work SCRATCH [--preload LIB]
+    new_user_test.py --source REPO --build BUILD --work SCRATCH [--cc CC] [--preload LIB]
 
-1. `python3 -m venv`, then `pip install ./clients/python` (offline).
-2. `cmake --install BUILD --prefix SCRATCH/prefix`: the library, the
-   simulated host and tvhost.
-3. The installed tvhost serves; the README's remote example calls it (its
-   port put in place of 8001), and so does the installed `tvapic` command.
-4. The README's in-process example runs with TVAPIC_LIBRARY naming the
-   installed library, the only thing it is told.
-5. mypy checks both examples against the installed package and its stubs.
-
---preload puts a sanitizer's runtime before the in-process run, for a build
-with the sanitizers.
+--preload puts a sanitizer's runtime before the programs that load the
+library, for a build with the sanitizers.
 """
 import argparse
 import os
@@ -28,6 +22,15 @@ import time
 from pathlib import Path
 
 EXAMPLE = re.compile(r"<!-- example: ([\w-]+) -->\n```python\n(.*?)```", re.S)
+# The header, the versioned library, both packages' files, the reference with
+# the protocol beside it, the API as data; the simulated host with its header,
+# the host platform's stand-ins and tvhost.
+INSTALLED = """include/tvAPIC.h lib/libtvAPIC.so lib/libtvAPIC.so.0 lib/cmake/tvAPIC/tvAPICConfig.cmake
+    lib/cmake/tvAPIC/tvAPICConfigVersion.cmake lib/cmake/tvAPIC/tvAPICTargets.cmake lib/pkgconfig/tvAPIC.pc
+    share/doc/tvAPIC/api/index.html share/doc/tvAPIC/api/protocol.md share/tvAPIC/tvAPIC.catalogue.json
+    include/tvAPIC-simulated-host/sim/sim.h lib/cmake/tvAPIC/tvAPICSimulatedHostTargets.cmake
+    lib/pkgconfig/tvAPIC-simulated-host.pc lib/libtvsim.so lib/libtvapi.so lib/libtvSys2.so
+    lib/libtvEventsBus.so lib/libUI_App.so bin/tvhost""".split()
 
 
 def run(command, what, **options):
@@ -37,12 +40,26 @@ def run(command, what, **options):
     return done.stdout
 
 
-def readme_examples(source):
-    examples = dict(EXAMPLE.findall((source / "README.md").read_text(encoding="utf-8")))
-    missing = {"remote", "in-process"} - set(examples)
-    if missing:
-        sys.exit(f"new_user_test: README.md has no example marked {', '.join(sorted(missing))}")
-    return examples
+def clean_environment(**extra):
+    """The environment of a user who has set nothing for this project."""
+    env = {k: v for k, v in os.environ.items() if k not in (
+        "PYTHONPATH", "LD_LIBRARY_PATH", "TVAPIC_LIBRARY", "TVSIM_LIBRARY", "TVHOST", "PKG_CONFIG_PATH")}
+    env.update(PYTHONDONTWRITEBYTECODE="1", **extra)
+    return env
+
+
+def c_consumers(args, prefix, sanitizer):
+    """tests/install/consumer built with find_package, then with pkg-config's flags and a run path; both run."""
+    source, build = args.source / "tests" / "install" / "consumer", args.work / "consumer"
+    run(["cmake", "-S", source, "-B", build, f"-DCMAKE_PREFIX_PATH={prefix}", f"-DCMAKE_C_COMPILER={args.cc}"],
+        "configuring the CMake consumer", env=clean_environment())
+    run(["cmake", "--build", build], "building the CMake consumer", env=clean_environment())
+    flags = run(["pkg-config", "--cflags", "--libs", "tvAPIC", "tvAPIC-simulated-host"], "pkg-config",
+                env=clean_environment(PKG_CONFIG_PATH=str(prefix / "lib" / "pkgconfig"))).split()
+    run([args.cc, "-std=c99", source / "consumer.c", *flags, f"-Wl,-rpath,{prefix}/lib", "-o", build / "from_pc"],
+        "building the pkg-config consumer", env=clean_environment())
+    for program in (build / "consumer", build / "from_pc"):
+        print(run([program], f"the consumer {program.name}", env=clean_environment(**sanitizer)), end="")
 
 
 def start_tvhost(tvhost, files):
@@ -59,37 +76,36 @@ def start_tvhost(tvhost, files):
     sys.exit(f"new_user_test: the installed tvhost did not serve:\n{proc.communicate()[1]}")
 
 
-def clean_environment(**extra):
-    """The environment of a user who has set nothing for this project."""
-    env = {k: v for k, v in os.environ.items()
-           if k not in ("PYTHONPATH", "LD_LIBRARY_PATH", "TVAPIC_LIBRARY", "TVSIM_LIBRARY", "TVHOST")}
-    env.update(PYTHONDONTWRITEBYTECODE="1", **extra)
-    return env
-
-
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--source", type=Path, required=True)
     parser.add_argument("--build", type=Path, required=True)
     parser.add_argument("--work", type=Path, required=True)
+    parser.add_argument("--cc", default="cc")
     parser.add_argument("--preload", default="")
     args = parser.parse_args()
-    examples = readme_examples(args.source)
+    examples = dict(EXAMPLE.findall((args.source / "README.md").read_text(encoding="utf-8")))
+    if {"remote", "in-process"} - set(examples):
+        sys.exit("new_user_test: README.md lacks an example marked remote or in-process")
     shutil.rmtree(args.work, ignore_errors=True)
-    args.work.mkdir(parents=True)
     scripts = args.work / "scripts"
-    scripts.mkdir()
+    scripts.mkdir(parents=True)
     for name, code in examples.items():
         (scripts / f"{name.replace('-', '_')}.py").write_text(code, encoding="utf-8")
+    sanitizer = {"LD_PRELOAD": args.preload, "ASAN_OPTIONS": "detect_leaks=0"} if args.preload else {}
+
+    prefix = args.work / "prefix"
+    run(["cmake", "--install", args.build, "--prefix", prefix], "cmake --install")
+    missing = [name for name in INSTALLED if not (prefix / name).exists()]
+    if missing:
+        sys.exit(f"new_user_test: not installed: {' '.join(missing)}")
+    c_consumers(args, prefix, sanitizer)
 
     venv = args.work / "venv"
     run([sys.executable, "-m", "venv", venv], "creating a virtual environment (Debian: python3-venv)")
     python = venv / "bin" / "python"
     run([python, "-m", "pip", "install", "--no-index", "--quiet", args.source / "clients" / "python"],
         "pip install ./clients/python", env=clean_environment())
-    prefix = args.work / "prefix"
-    run(["cmake", "--install", args.build, "--prefix", prefix], "cmake --install")
-
     files = args.work / "files"
     files.mkdir()
     tvhost, port = start_tvhost(prefix / "bin" / "tvhost", files)
@@ -105,16 +121,14 @@ def main():
         tvhost.communicate(timeout=30)
 
     library = prefix / "lib" / "libtvAPIC.so.0"
-    sanitizer = {"LD_PRELOAD": args.preload, "ASAN_OPTIONS": "detect_leaks=0"} if args.preload else {}
     print(run([python, "-c", examples["in-process"]], "the README's in-process example",
               env=clean_environment(TVAPIC_LIBRARY=str(library), **sanitizer), cwd=args.work))
-
     if subprocess.run(["/usr/bin/python3", "-m", "mypy", "--version"], capture_output=True).returncode != 0:
         sys.exit("new_user_test: mypy is missing (Debian: python3-mypy; scripts/setup installs it)")
     print(run(["/usr/bin/python3", "-m", "mypy", "--no-incremental", "--cache-dir", args.work / "mypy-cache",
                "--python-executable", python, scripts], "mypy on the README's examples",
               env=clean_environment(), cwd=args.work))
-    print("new_user_test: the README's examples ran from a fresh environment and passed the type check")
+    print("new_user_test: a C program and the README's examples ran against the installed prefix alone")
     return 0
 
 

@@ -19,9 +19,7 @@ from tvapic import Client
 
 
 def start_tvhost(*arguments, cwd=None, emulator=(), timeout=15):
-    """(process, port) of a tvhost started with --port 0 and the arguments,
-    once it announces its port; (process, None) when it ends first. It
-    announces the port only once it listens: no call needs to wait."""
+    """(process, port) of a tvhost on a port it chose, announced once it listens; (process, None) if it ends."""
     # tvhost unloads the library before it exits, so a sanitizer build could
     # not attribute what remote calls leave behind by the protocol's rules;
     # the library's leaks are checked in process by the other suites.
@@ -44,9 +42,8 @@ def start_tvhost(*arguments, cwd=None, emulator=(), timeout=15):
 
 
 def stop(proc, emulator=()):
-    """Stops a tvhost as Ctrl-C does; (exit status, stdout, stderr). SIGINT
-    under an emulator: Wine hands it to the program as Ctrl-C, while SIGTERM
-    would end a Windows program without its shutdown."""
+    """Stops a tvhost; (exit status, stdout, stderr). Under an emulator SIGINT, which Wine hands on as
+    Ctrl-C (SIGTERM would end a Windows program without its shutdown)."""
     proc.send_signal(signal.SIGINT if emulator else signal.SIGTERM)
     try:
         out, err = proc.communicate(timeout=15)
@@ -66,8 +63,7 @@ def served_files(tmp_path_factory):
 
 @pytest.fixture
 def served_tmp(served_files, tmp_path, request):
-    """A fresh folder the tests' tvhost may write to (tmp_path for a server
-    started by someone else: its files root is the system's temporary folder)."""
+    """A fresh folder the tests' tvhost may write to (tmp_path for a server started by someone else)."""
     if os.environ.get("TVHOST_PORT"):
         return tmp_path
     folder = served_files / request.node.name

@@ -1,10 +1,6 @@
-"""Fixtures for tests that load libtvAPIC into this process.
-
-CTest passes the library in TVAPIC_LIBRARY and the simulated host's library
-in TVSIM_LIBRARY; without them these tests are skipped. The simulated host
-is started once for the session, as a user outside the application starts it
-(native.start_simulated_host), and stopped at its end, after every handle
-Python held has been given back.
+"""Fixtures for tests that load libtvAPIC (TVAPIC_LIBRARY) and the simulated
+host (TVSIM_LIBRARY) into this process, skipped without them. The host runs
+for the session and stops once Python has given back every handle.
 """
 import gc
 import os

@@ -13,7 +13,7 @@ from pathlib import Path
 import pytest
 
 import tvapic
-from tvapic import SIGNATURES, Client, Handle, NotAnAPIServer, NotReachable
+from tvapic import SIGNATURES, Client, Handle, NotReachable
 from tvapic.cli import answer_json, format_answer, main, parse_arguments
 
 
@@ -30,7 +30,6 @@ class TestArguments:
 
     @pytest.mark.parametrize("fn, words, message", [
         ("IDocuments_GetItem", ["doc", "1"], "'documents' expects a handle"),
-        ("IDocuments_GetItem", ["0x1", "one"], "'index' expects an integer"),
         ("IDocuments_GetItem", ["0x1", "-"], "'index' expects an integer, not '-'"),
         ("ITavraDocument2D_MoveObjects", ["0x1", "x", "1"], "'dx' expects a number"),
         ("IDocuments_GetItem", ["0x1"], "takes 2 arguments \\(documents index\\), 1 given"),
@@ -40,22 +39,17 @@ class TestArguments:
             parse(fn, *words)
 
 
-def test_answers_print_one_value_a_line():
-    assert format_answer(SIGNATURES["IApplication_GetSystemVersion"], (26, None, 0, None, True)) == [
-        "26", "-", "0", "-", "true"]
+def test_answers_print_one_value_a_line_or_as_json():
+    version = SIGNATURES["IApplication_GetSystemVersion"]
+    assert format_answer(version, (26, None, 0, None, True)) == ["26", "-", "0", "-", "true"]
     assert format_answer(SIGNATURES["IDocuments_GetLoadCombinations"], (None, None)) == ["-", "null"]
     assert format_answer(SIGNATURES["IDocuments_GetLoadCombinations"], (2, ["a", "é"])) == ["2", '["a", "é"]']
-    assert format_answer(SIGNATURES["IApplication_GetDocuments"], Handle(0xab)) == ["0xab"]
     assert format_answer(SIGNATURES["IApplication_GetDocuments"], None) == ["0x0"]
     assert format_answer(SIGNATURES["IApplication_Quit"], None) == []
-
-
-def test_answers_as_json():
-    assert json.loads(answer_json(SIGNATURES["IApplication_GetSystemVersion"], (26, None, 0, None, True))) == {
+    assert json.loads(answer_json(version, (26, None, 0, None, True))) == {
         "slots": {"major": 26, "minor": None, "release": 0, "build": None}, "result": True}
     assert json.loads(answer_json(SIGNATURES["IApplication_GetDocuments"], Handle(0xab))) == {
         "slots": {}, "result": "0xab"}
-    assert json.loads(answer_json(SIGNATURES["IApplication_Quit"], None)) == {"slots": {}, "result": None}
 
 
 def test_list_and_help_describe_the_functions():
@@ -64,21 +58,12 @@ def test_list_and_help_describe_the_functions():
     assert out.getvalue() == ("IApplication_GetSystemVersion(major?, minor?, release?, build?) -> "
                               "i32 slot, i32 slot, i32 slot, i32 slot, i32\n")
     out = io.StringIO()
-    assert main(["list", "ILineSegment_GetX1"], out) == 0
-    assert out.getvalue() == "ILineSegment_GetX1(lineSegment) -> nothing (does not travel: result double)\n"
-    out = io.StringIO()
     assert main(["list", "--json", "GetExternalFilesNames"], out) == 0
-    assert json.loads(out.getvalue()) == [{
-        "name": "ITavraDocument_GetExternalFilesNames", "response": ["i32"],
-        "params": [{"name": "tavraDocument", "kind": "u64", "type": "object", "of": "ITavraDocument", "slot": False},
-                   {"name": "recursive", "kind": "i32", "type": "bool", "of": "", "slot": False}],
-        "does_not_travel": ["fileNames StringVector"]}]
+    listed, = json.loads(out.getvalue())
+    assert listed["params"][1] == {"name": "recursive", "kind": "i32", "type": "bool", "of": "", "slot": False}
+    assert (listed["response"], listed["does_not_travel"]) == (["i32"], ["fileNames StringVector"])
     out = io.StringIO()
-    assert main(["help", "IDocuments_Open"], out) == 0
-    assert "fileName" in out.getvalue() and "Wire: u64, string, i32, i32 -> u64" in out.getvalue()
-    out = io.StringIO()
-    assert main(["help", "IDocumentSettings_IsTextStability"], out) == 0
-    assert "Remotable: no." in out.getvalue()
+    assert main(["help", "IDocumentSettings_IsTextStability"], out) == 0 and "Remotable: no." in out.getvalue()
 
 
 def test_version_is_the_packages():
@@ -142,7 +127,7 @@ def test_no_server_is_not_reachable(capsys):
             Client(port=port).IApplication_GetBuildNumber()
         assert main(["call", "--port", str(port), "IApplication_GetBuildNumber"]) == 1
     assert "tvapic: cannot reach an API Server" in capsys.readouterr().err
-    assert issubclass(NotReachable, ConnectionError) and issubclass(NotAnAPIServer, tvapic.ProtocolError)
+    assert issubclass(NotReachable, ConnectionError)
 
 
 def run(port, *words):
@@ -155,7 +140,6 @@ def test_calls_through_the_command(tvhost):
     done = run(port, "IApplication_GetSystemVersion", "0", "-", "0", "-")
     assert (done.returncode, done.stdout) == (0, "26\n-\n0\n-\ntrue\n"), done.stderr
     documents = run(port, "IApplication_GetDocuments").stdout.strip()
-    assert documents.startswith("0x") and documents != "0x0"
     document = run(port, "IDocuments_Add", documents, "1", "false").stdout.strip()
     assert run(port, "ITavraDocument_SetAuthor", document, "Zoë \U0001F600").stdout == ""
     assert run(port, "ITavraDocument_GetAuthor", document).stdout == "Zoë \U0001F600\n"

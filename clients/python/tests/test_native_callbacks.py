@@ -1,60 +1,51 @@
 """Python handlers as C callbacks: what a handler receives, what it writes
-back, its result, and how long the C callback is kept alive. The callbacks are
-called here as the library's adapters call them, through their C types."""
+back, its result, and how long the C callback is kept alive; then handlers
+subscribed through the registration exports, fired by the simulated host.
+The first callbacks are called as the library's adapters call them, through
+their C types."""
 import ctypes
 
 import pytest
 
-from inprocess import native  # noqa: F401  (fixture)
+from inprocess import host, native, simulated_host  # noqa: F401  (fixtures)
 
 SIGNATURES = {
     "Text": ("bool", "text path", "inout text chosen"),
     "Numbers": ("enum tvThemeEnum", "int x", "inout int key", "inout bool need", "double density", "uint32 context"),
-    "Objects": ("void", "object ITavraDocument document", "vector ObjectReferenceVector IDrawingObject objects",
-                "vector Int32Vector numbers"),
     "Files": ("bool", "inout vector StringVector files"),
-    "Pointer": ("pointer", "pointer parent"),
 }
 
 
 @pytest.fixture
-def callbacks(native):
+def make(native):
+    """make(typedef, handler): the C callback a registration of the handler would pass."""
     from tvapic import _callbacks, _cdll, _kinds
-    lib = _cdll.load()[1]
-    made = _callbacks.Callbacks(SIGNATURES, lib)
+    made = _callbacks.Callbacks(SIGNATURES, _cdll.load()[1])
 
-    def make(typedef, handler, arguments=("events", "key")):
+    def make(typedef, handler):
         param = made.param(typedef, "handler", f"IThingEvents_Add{typedef}Handler(): argument 'handler'")
-        return param.prepare(handler, _kinds.Call(list(arguments) + [handler]))
-    return made, make
+        return param.prepare(handler, _kinds.Call(["events", "key", handler]))
+    return make
 
 
-def units(text):
-    from tvapic import _cdll
-    return _cdll.to_units(text, "text")
-
-
-def test_text_is_lent_and_a_writable_text_is_set_through_a_ref(callbacks):
-    made, make = callbacks
+def test_text_is_lent_and_a_writable_text_is_set_through_a_ref(make):
     seen = []
 
     def handler(path, chosen):
         seen.append((path, chosen.value))
         chosen.value = "Été \U0001D11E"
         return 2
-    callback = make("Text", handler)
-    slot = ctypes.c_void_p()
-    assert callback(ctypes.addressof(units("/plans/a.tvd")), ctypes.byref(slot)) == 1
-    assert seen == [("/plans/a.tvd", None)]
     from tvapic import _cdll
+    slot = ctypes.c_void_p()
+    assert make("Text", handler)(ctypes.addressof(_cdll.to_units("/plans/a.tvd", "text")), ctypes.byref(slot)) == 1
+    assert seen == [("/plans/a.tvd", None)]
     assert _cdll.read_units(slot.value) == "Été \U0001D11E"   # still alive after the callback returned
     # A handler that leaves the text alone leaves the slot null: the host's text becomes empty.
     slot = ctypes.c_void_p()
     assert make("Text", lambda path, chosen: 0)(None, ctypes.byref(slot)) == 0 and slot.value is None
 
 
-def test_numbers_go_in_and_writable_ones_come_back(callbacks):
-    made, make = callbacks
+def test_numbers_go_in_and_writable_ones_come_back(make):
 
     def handler(x, key, need, density, context):
         assert (x, key.value, need.value, density, context) == (-3, 65, True, 7.5, 0xFFFFFFFF)
@@ -65,25 +56,7 @@ def test_numbers_go_in_and_writable_ones_come_back(callbacks):
     assert (key.value, need.value) == (13, 0)
 
 
-def test_objects_are_lent_and_lists_read(native, callbacks):
-    made, make = callbacks
-    received = []
-    make("Objects", lambda *values: received.extend(values))(None, None, None)
-    assert received == [None, [], []]
-    numbers = native.Int32Vector_Create(2)
-    native.Int32Vector_Set(numbers, 0, 4)
-    native.Int32Vector_Set(numbers, 1, -4)
-    objects = native.ObjectReferenceVector_Create(1)
-    native.ObjectReferenceVector_Set(objects, 0, None)
-    received.clear()
-    make("Objects", lambda *values: received.extend(values))(None, objects, numbers)
-    assert received == [None, [None], [4, -4]]
-    native.Int32Vector_Delete(numbers)
-    native.ObjectReferenceVector_Delete(objects)
-
-
-def test_a_writable_list_of_texts_changed_in_place(native, callbacks):
-    made, make = callbacks
+def test_a_writable_list_of_texts_changed_in_place(native, make):
     files = native.StringVector_Create(2)
     native.StringVector_Set(files, 0, "a.tvd")
     native.StringVector_Set(files, 1, "b.tvd")
@@ -97,48 +70,61 @@ def test_a_writable_list_of_texts_changed_in_place(native, callbacks):
     native.StringVector_Delete(files)
 
 
-def test_an_exception_gives_the_zero_result_and_is_reported(callbacks, capsys):
-    made, make = callbacks
+def test_an_exception_gives_the_zero_result_and_is_reported(make, capsys):
 
     def handler(path, chosen):
         raise RuntimeError("handler failed")
     assert make("Text", handler)(None, ctypes.byref(ctypes.c_void_p())) == 0
     assert "handler failed" in capsys.readouterr().err
-    assert make("Pointer", lambda parent: parent)(1234) == 1234
-
-
-def test_callbacks_are_kept_until_their_handlers_are_removed(callbacks):
-    made, make = callbacks
-    make("Pointer", lambda p: p, ("events", "key"))
-    make("Pointer", lambda p: p, ("events", "key"))
-    make("Pointer", lambda p: p, ("events", "other"))
-    assert made.kept() == 3
-    remove = made.after("IThingEvents_RemoveAllHandlers")
-    remove(["events", "key"])
-    assert made.kept() == 1
-    assert made.after("IThingEvents_AddPointerHandler") is None
-    with pytest.raises(TypeError, match="callable"):
-        make("Pointer", 5)
 
 
 def test_a_handler_registered_through_the_library_is_kept_until_its_key_is_removed(native):
-    keyed = next(((name, entry) for name, entry in native.FUNCTIONS.items()
-                  if len(entry) == 4 and entry[2] == "text key" and entry[3].startswith("callback ")), None)
-    if keyed is None:
-        pytest.skip("the library takes no keyed handlers")
-    name, entry = keyed
-    interface = name.split("_", 1)[0]
     kept = native._kinds_for_call().callbacks
     before = kept.kept()
-    register = getattr(native, name)
     # A null events object registers nothing in the host; Python keeps the callback all the same.
-    register(None, "python", lambda *args: None)
-    register(None, "python", lambda *args: None)
-    register(None, "other", lambda *args: None)
+    native.IApplicationEvents_AddBeginCreateHandler(None, "python", lambda kind: True)
+    native.IApplicationEvents_AddBeginCreateHandler(None, "python", lambda kind: True)
+    native.IApplicationEvents_AddBeginCreateHandler(None, "other", lambda kind: True)
     assert kept.kept() == before + 3
-    getattr(native, f"{interface}_RemoveAllHandlers")(None, "python")
+    native.IApplicationEvents_RemoveAllHandlers(None, "python")
     assert kept.kept() == before + 1
-    getattr(native, f"{interface}_RemoveAllHandlers")(None, "other")
+    native.IApplicationEvents_RemoveAllHandlers(None, "other")
     assert kept.kept() == before
     with pytest.raises(TypeError, match="'callback' must be a callable"):
-        register(None, "python", "not callable")
+        native.IApplicationEvents_AddBeginCreateHandler(None, "python", "not callable")
+
+
+@pytest.fixture
+def app_events(host):
+    with host.IApplication_Events() as events:
+        yield events
+        host.IApplicationEvents_RemoveAllHandlers(events, "py-tests")   # the host outlives the test
+
+
+def test_creating_a_document_calls_the_handlers_and_false_refuses_it(host, app_events):
+    seen = []
+    host.IApplicationEvents_AddBeginCreateHandler(app_events, "py-tests", lambda kind: seen.append(kind) or True)
+    host.IApplicationEvents_AddCreateDocumentHandler(
+        app_events, "py-tests", lambda document: seen.append(host.ITavraDocument_GetName(document)))
+    with host.IApplication_GetDocuments() as documents, host.IDocuments_Add(documents, 1, True) as document:
+        assert seen == [1, host.ITavraDocument_GetName(document)]
+        host.ITavraDocument_Close(document, False)
+        host.IApplicationEvents_AddBeginCreateHandler(app_events, "py-tests", lambda kind: False)
+        assert host.IDocuments_Add(documents, 1, True) is None
+
+
+def test_adding_a_line_segment_calls_the_object_handlers(host):
+    seen = []
+    with host.IApplication_GetDocuments() as documents, host.IDocuments_Add(documents, 1, True) as document, \
+            host.ITavraDocument2D_GetObject2DEvents(document, "py-tests") as events, \
+            host.ITavraDocument2D_GetViewsAndLayersManager(document) as manager, \
+            host.IViewsAndLayersManager_GetViews(manager) as views, host.IViews_GetActiveView(views) as view, \
+            host.IDrawingContainer_GetLineSegments(view) as segments:
+        host.IDrawingObjectEvents_AddCreateObjectHandler(
+            events, lambda objects: seen.append([o.is_same_object(objects[0]) for o in objects]) or True)
+        host.IDrawingObjectEvents_AddPropertyChangedHandler(
+            events, lambda objects: seen.append(host.ILineSegment_GetX1(objects[0])) or True)
+        with host.ILineSegments_Add(segments) as segment:
+            host.ILineSegment_SetX1(segment, 12.5)
+        assert seen == [[True], 12.5]
+        host.ITavraDocument_Close(document, False)
