@@ -5,10 +5,7 @@ program builds against it with CMake's package and with pkg-config, and runs;
 README's Python examples as written run (remotely against the installed
 tvhost, in process told only TVAPIC_LIBRARY) and mypy accepts them.
 
-    new_user_test.py --source REPO --build BUILD --work SCRATCH [--cc CC] [--preload LIB]
-
---preload puts a sanitizer's runtime before the programs that load the
-library, for a build with the sanitizers.
+    new_user_test.py --source REPO --build BUILD --work SCRATCH [--cc CC]
 """
 import argparse
 import os
@@ -48,7 +45,7 @@ def clean_environment(**extra):
     return env
 
 
-def c_consumers(args, prefix, sanitizer):
+def c_consumers(args, prefix):
     """tests/install/consumer built with find_package, then with pkg-config's flags and a run path; both run."""
     source, build = args.source / "tests" / "install" / "consumer", args.work / "consumer"
     run(["cmake", "-S", source, "-B", build, f"-DCMAKE_PREFIX_PATH={prefix}", f"-DCMAKE_C_COMPILER={args.cc}"],
@@ -59,7 +56,7 @@ def c_consumers(args, prefix, sanitizer):
     run([args.cc, "-std=c99", source / "consumer.c", *flags, f"-Wl,-rpath,{prefix}/lib", "-o", build / "from_pc"],
         "building the pkg-config consumer", env=clean_environment())
     for program in (build / "consumer", build / "from_pc"):
-        print(run([program], f"the consumer {program.name}", env=clean_environment(**sanitizer)), end="")
+        print(run([program], f"the consumer {program.name}", env=clean_environment()), end="")
 
 
 def start_tvhost(tvhost, files):
@@ -82,7 +79,6 @@ def main():
     parser.add_argument("--build", type=Path, required=True)
     parser.add_argument("--work", type=Path, required=True)
     parser.add_argument("--cc", default="cc")
-    parser.add_argument("--preload", default="")
     args = parser.parse_args()
     examples = dict(EXAMPLE.findall((args.source / "README.md").read_text(encoding="utf-8")))
     if {"remote", "in-process"} - set(examples):
@@ -92,14 +88,13 @@ def main():
     scripts.mkdir(parents=True)
     for name, code in examples.items():
         (scripts / f"{name.replace('-', '_')}.py").write_text(code, encoding="utf-8")
-    sanitizer = {"LD_PRELOAD": args.preload, "ASAN_OPTIONS": "detect_leaks=0"} if args.preload else {}
 
     prefix = args.work / "prefix"
     run(["cmake", "--install", args.build, "--prefix", prefix], "cmake --install")
     missing = [name for name in INSTALLED if not (prefix / name).exists()]
     if missing:
         sys.exit(f"new_user_test: not installed: {' '.join(missing)}")
-    c_consumers(args, prefix, sanitizer)
+    c_consumers(args, prefix)
 
     venv = args.work / "venv"
     run([sys.executable, "-m", "venv", venv], "creating a virtual environment (Debian: python3-venv)")
@@ -122,7 +117,7 @@ def main():
 
     library = prefix / "lib" / "libtvAPIC.so.0"
     print(run([python, "-c", examples["in-process"]], "the README's in-process example",
-              env=clean_environment(TVAPIC_LIBRARY=str(library), **sanitizer), cwd=args.work))
+              env=clean_environment(TVAPIC_LIBRARY=str(library)), cwd=args.work))
     if subprocess.run(["/usr/bin/python3", "-m", "mypy", "--version"], capture_output=True).returncode != 0:
         sys.exit("new_user_test: mypy is missing (Debian: python3-mypy; scripts/setup installs it)")
     print(run(["/usr/bin/python3", "-m", "mypy", "--no-incremental", "--cache-dir", args.work / "mypy-cache",
