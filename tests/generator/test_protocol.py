@@ -9,8 +9,8 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tools"))
-from tvgen import catalogue, emit_bridge, protocol_doc  # noqa: E402
-from tvgen.__main__ import GROUPS  # noqa: E402
+from tvgen import protocol_doc  # noqa: E402
+from tvgen.model import catalogue, wire  # noqa: E402
 
 ROW = re.compile(r"^\| `(I\w+_\w+)` \| ([^|]+) \| ([^|]+) \|$")
 
@@ -29,13 +29,13 @@ def reference():
 class ProtocolReference(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.cat = catalogue.load(ROOT / "catalogue", GROUPS)
+        cls.cat = catalogue.load(ROOT / "catalogue")
         cls.ref = reference()
 
     def test_every_remotable_function_has_the_bridges_wire_kinds_in_order(self):
         generated = {}
-        for op in emit_bridge.remotable(self.cat):
-            generated.setdefault(op.interface.name, []).append((op.export, *emit_bridge.wire_signature(op)))
+        for op in wire.remotable(self.cat):
+            generated.setdefault(op.interface.name, []).append((op.export, *wire.wire_signature(op)))
         self.assertEqual(sum(len(v) for v in self.ref.values()), 293)
         self.assertEqual(sorted(generated), sorted(self.ref))
         for interface, rows in self.ref.items():
@@ -44,7 +44,7 @@ class ProtocolReference(unittest.TestCase):
                 self.assertEqual(kinds, [(n, list(q), list(r)) for n, q, r in generated[interface]])
 
     def test_values_carry_their_parameters_names_and_meanings(self):
-        ops = {op.export: op for op in emit_bridge.remotable(self.cat)}
+        ops = {op.export: op for op in wire.remotable(self.cat)}
         for rows in self.ref.values():
             for name, request, response in rows:
                 op = ops[name]
