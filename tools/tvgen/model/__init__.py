@@ -12,7 +12,9 @@ Its parts:
     wire.py                   how a remotable function travels over the API Server's wire
     python.py, csharp.py      how the catalogue appears to the Python and C# bindings
 
-The emitters read the model and these modules only, never each other.
+The emitters read the model and these modules only, never each other
+(tests/layers/check_layers.py holds them to it). A new scalar type is a row
+of the table in types.py; its docstring says what else it may need.
 """
 
 from dataclasses import dataclass, field
@@ -33,7 +35,7 @@ CHUNK = 700
 
 @dataclass
 class Model(_catalogue.Catalogue):
-    """The checked catalogue: groups (in file order, "events" last),
+    """The checked catalogue: groups (by name, "events" last),
     interfaces (by name, in declaration order) and the interfaces that take
     handlers (`sources`, by name, in the events file's order)."""
     sources: dict = field(default_factory=dict)

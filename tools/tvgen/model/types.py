@@ -6,11 +6,13 @@ In a template, {name} is the type's name (the enumeration, interface, family
 or value), {element} the element interface of an object vector and
 {host_element} the host type of a vector's element (its family's).
 
-Adding a scalar type is one row here with the word the catalogue writes for
-it (`operations` and/or `callbacks` true). If its host type is not arithmetic,
-the frame needs its conversions too: an `Arg` in src/frame/args.h and a
-`Result` in src/frame/results.h; a new `sweep` word needs its kind in
-tests/sweep, a new wire kind its decoder in src/bridge.
+Adding a scalar type to the generator is one row here, keyed by the word the
+catalogue writes for it (`operations` and/or `callbacks` true); every emitter
+reads it from this table. Outside the generator: the frame's conversions, an
+`Arg` in src/frame/args.h and a `Result` in src/frame/results.h (arithmetic
+host types already have theirs); the sweep's `kind::<sweep>` in tests/sweep;
+and the bindings' runtimes, which convert values by kind (clients/python/tvapic,
+clients/dotnet). A new wire kind also needs its decoder in src/bridge.
 """
 
 from dataclasses import dataclass
@@ -39,18 +41,12 @@ class TypeFacts:
     python_doc: str           # how the remote module's docstrings name a value
     csharp_native: str        # C# type of the platform-invoke declarations (a scalar's, or a text argument's)
     csharp: str               # C# type of the object layer
-    ownership: str            # what the caller does with a result (docs/catalogue-json.md lists the words)
+    ownership: str = "none"   # what the caller does with a result (docs/catalogue-json.md lists the words)
 
 
-def _row(kind, operations, callbacks, scalar, c_arg, c_result, host, by_ref, wire, wire_slot, wire_result, wire_note,
-         sweep, python, python_doc, csharp_native, csharp, ownership="none"):
-    return TypeFacts(kind, operations, callbacks, scalar, c_arg, c_result, host, by_ref, wire, wire_slot, wire_result,
-                     wire_note, sweep, python, python_doc, csharp_native, csharp, ownership)
-
-
-_ = None
+_row, _ = TypeFacts, None
 TYPES = {row.kind: row for row in [
-    #    kind      ops    callb. scalar c_arg             c_result        host                              by_ref wire      slot        result    note      sweep     python    python_doc          C# native C#
+    #    kind      ops    callb. scalar c_arg             c_result        host                              by_ref wire      slot        result    note      sweep     python    python_doc          C# native C#        ownership
     _row("void",    True,  False, False, "void",           "void",         "void",                           False, _,        _,          _,        "",       _,        "None",   "",                 "void",   "void"),
     _row("bool",    True,  True,  True,  "int",            "bool",         "bool",                           False, "i32",    "i32 slot", "i32",    "bool",   "Bool",   "bool",   "bool",             "int",    "bool"),
     _row("int",     True,  True,  True,  "int",            "int",          "int",                            False, "i32",    "i32 slot", "i32",    "",       "Int",    "int",    "int",              "int",    "int"),
@@ -64,7 +60,7 @@ TYPES = {row.kind: row for row in [
     _row("vector",  False, False, False, "{name}_t*",      "{name}_t*",    "std::vector<{host_element}>",    True,  "",       _,          _,        "",       _,        _,        "list of str",      "IntPtr", _,        "delete"),
     _row("value",   False, False, False, "{name}_t*",      "{name}_t*",    "tvapi::{name}",                  True,  _,        _,          _,        "",       "{name}", _,        "",                 "IntPtr", _,        "always-null"),
 ]}
-del _
+del _row, _
 
 # The words a signature writes for the types that are not named by pattern.
 OPERATION_WORDS = {f.kind for f in TYPES.values() if f.operations}
@@ -75,10 +71,6 @@ SCALARS = {f.kind for f in TYPES.values() if f.scalar}
 def fill(template, t):
     """A template of the table for the type t."""
     return template.format(name=t.name, element=t.element) if "{" in template else template
-
-
-def facts(t):
-    return TYPES[t.kind]
 
 
 # C: the exports and the callbacks
