@@ -7,8 +7,8 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tools"))
-from tvgen import catalogue, events  # noqa: E402
-from tvgen.__main__ import GROUPS, export_names  # noqa: E402
+from tvgen import model  # noqa: E402
+from tvgen.model import catalogue, events, types  # noqa: E402
 
 IID = "1CE45EFA-4362-40C5-B4E7-747838206EEC"
 APPLICATION = ("interface ITavraDocument 10383170-7577-4552-997a-8a2524677c16\n"
@@ -73,23 +73,22 @@ class Accepted(unittest.TestCase):
         self.assertEqual(cat.interfaces["IAEvents"].iid, IID)
         self.assertEqual(cat.interfaces["IAEvents"].group, "events")
         opened = source.events[0]
-        self.assertEqual(events.host_signature(opened),
+        self.assertEqual(types.callback_host_signature(opened),
                          "bool(const tvapi::SmartPtr<tvapi::ITavraDocument>&, tvapi::WString&)")
-        self.assertEqual([events.c_param(p) for p in opened.params], ["void*", "tvWChar**"])
-        self.assertEqual(events.registration_params(opened),
+        self.assertEqual([types.callback_c_param(p) for p in opened.params], ["void*", "tvWChar**"])
+        self.assertEqual(types.registration_params(opened),
                          "void* events, const tvWChar* key, IAEvents_OpenedCallback callback")
         window = ev.sources["IWindow"]
         self.assertEqual([getattr(m, "registration", m.name) for m in window.members],
                          ["GetWidth", "SetCreateHandler"])
-        self.assertEqual(events.registration_params(ev.sources["IActions"].events[0]),
+        self.assertEqual(types.registration_params(ev.sources["IActions"].events[0]),
                          "void* handle, IActions_RunCallback callback")
 
 
 class TheProjectsEvents(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.cat = catalogue.load(ROOT / "catalogue", GROUPS)
-        cls.events = events.load(ROOT / "catalogue", cls.cat)
+        cls.cat = cls.events = model.load(ROOT / "catalogue")  # one model holds both
 
     def test_every_events_interface_and_registration(self):
         sources = [s for s in self.events.sources.values() if s.kind == "events"]
@@ -98,7 +97,7 @@ class TheProjectsEvents(unittest.TestCase):
         self.assertEqual({s.name for s in sources if not s.keyed},
                          {"IDrawingObjectEvents", "IModelObjectEvents", "ISpecificationObjectEvents",
                           "IContentDialogEvents"})
-        names = set(export_names(self.cat, self.events))
+        names = set(self.cat.export_names())
         self.assertEqual(sum(1 for n in names if n.endswith("_RemoveAllHandlers")), 23)
         for name in ["ITavraDocumentEvents_AddProcessActivate", "IApplicationEvents_AddBeginOpenDocumentHandler",
                      "ITavraLibraryActions_AddRunCommandHandler", "IPropertyUserWindow_SetCreateControlHandler",

@@ -15,8 +15,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tools"))
-from tvgen import catalogue, events as events_mod  # noqa: E402
-from tvgen.__main__ import GROUPS  # noqa: E402
+from tvgen.model import catalogue, events as events_mod  # noqa: E402
 
 PAGES = Path(sys.argv.pop(1)) if len(sys.argv) > 1 else ROOT / "build" / "docs" / "api"
 FUNCTION = re.compile(r'<div class="fn" id="(\w+)"><pre class="sig">(.*?)</pre>(?:<p>(.*?)</p>)?</div>', re.S)
@@ -50,7 +49,7 @@ def functions(page):
 class ApiReference(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.cat = catalogue.load(ROOT / "catalogue", list(GROUPS))
+        cls.cat = catalogue.load(ROOT / "catalogue")
         cls.events = events_mod.load(ROOT / "catalogue", cls.cat)
         cls.pages = {group: functions(f"{group}.html") for group in cls.cat.groups}
 

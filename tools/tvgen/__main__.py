@@ -14,62 +14,50 @@ import argparse
 import sys
 from pathlib import Path
 
-from . import catalogue as cat_mod
-from . import events as events_mod
-from . import families, stats
-from . import emit_bridge, emit_events, emit_exports, emit_header, emit_probes, emit_python, emit_sim, emit_sweep, emit_tvapi
-from . import emit_apidoc, emit_pynative, emit_pyobjects, emit_stubs, protocol_doc
+from . import model as model_mod
+from . import protocol_doc, stats
+from . import emit_bridge, emit_events, emit_exports, emit_header, emit_probes, emit_py_remote, emit_sim, emit_sweep
+from . import emit_apidoc, emit_pynative, emit_pyobjects, emit_stubs, emit_tvapi
 from . import emit_csharp_native, emit_csharp_objects, emit_csharp_remote, emit_json
 
-GROUPS = ["application", "drawing", "model", "reports", "ui"]
 
-
-def outputs(cat, events):
+def outputs(model):
     """Map of relative output path -> function producing its text."""
     files = {
-        "include/tvAPIC.h": lambda: emit_header.emit(cat, events),
-        "include/tvapi/declarations.h": lambda: emit_tvapi.emit_declarations(cat, events),
-        "probe/probe_faces.h": lambda: emit_probes.emit_declarations(cat),
+        "include/tvAPIC.h": lambda: emit_header.emit(model),
+        "include/tvapi/declarations.h": lambda: emit_tvapi.emit_declarations(model),
+        "probe/probe_faces.h": lambda: emit_probes.emit_declarations(model),
     }
-    for group in cat.groups:
-        files[f"include/tvapi/{group}.h"] = lambda g=group: emit_tvapi.emit_group(cat, g, events)
-        files[f"sim/defaults_{group}.h"] = lambda g=group: emit_sim.emit_group(cat, g, events)
-        for n, part in enumerate(emit_exports.chunks(cat, group)):
-            files[f"api/{group}_{n}.cpp"] = lambda g=group, p=part: emit_exports.emit_chunk(cat, g, p)
+    for group in model.groups:
+        files[f"include/tvapi/{group}.h"] = lambda g=group: emit_tvapi.emit_group(model, g)
+        files[f"sim/defaults_{group}.h"] = lambda g=group: emit_sim.emit_group(model, g)
+        for n, part in enumerate(model.chunks(group)):
+            files[f"api/{group}_{n}.cpp"] = lambda g=group, p=part: emit_exports.emit_chunk(model, g, p)
             # Faces of interfaces that take handlers come from emit_events.
-            files[f"probe/{group}_{n}.cpp"] = lambda g=group, p=part: emit_probes.emit_chunk(cat, g, events.plain(p))
-            files[f"sweep/{group}_{n}.cpp"] = lambda g=group, p=part, k=n: emit_sweep.emit_chunk(cat, g, p, k)
-    files["probe/registry.cpp"] = lambda: emit_probes.emit_registry(cat)
-    files["bridge/handlers.cpp"] = lambda: emit_bridge.emit_handlers(cat)
-    files["bridge/wire_signatures.h"] = lambda: emit_bridge.emit_signature_table(cat)
-    files["python/tvapic/_remote.py"] = lambda: emit_python.emit(cat)
-    files["python/tvapic/_native.py"] = lambda: emit_pynative.emit(cat, events)
-    files["python/tvapic/_objects.py"] = lambda: emit_pyobjects.emit(cat, events)
-    for rel, make in emit_stubs.outputs(cat, events).items():
+            files[f"probe/{group}_{n}.cpp"] = lambda g=group, p=part: emit_probes.emit_chunk(model, g, model.plain(p))
+            files[f"sweep/{group}_{n}.cpp"] = lambda g=group, p=part, k=n: emit_sweep.emit_chunk(model, g, p, k)
+    files["probe/registry.cpp"] = lambda: emit_probes.emit_registry(model)
+    files["bridge/handlers.cpp"] = lambda: emit_bridge.emit_handlers(model)
+    files["bridge/wire_signatures.h"] = lambda: emit_bridge.emit_signature_table(model)
+    files["python/tvapic/_remote.py"] = lambda: emit_py_remote.emit(model)
+    files["python/tvapic/_native.py"] = lambda: emit_pynative.emit(model)
+    files["python/tvapic/_objects.py"] = lambda: emit_pyobjects.emit(model)
+    for rel, make in emit_stubs.outputs(model).items():
         files[f"python/tvapic/{rel}"] = make
-    files["tvAPIC.catalogue.json"] = lambda: emit_json.emit(cat, events, emit_bridge.wire_signature)
-    files["dotnet/Native.g.cs"] = lambda: emit_csharp_native.emit(cat, events)
-    files["dotnet/Objects.g.cs"] = lambda: emit_csharp_objects.emit(cat, events)
-    files["dotnet/Remote.g.cs"] = lambda: emit_csharp_remote.emit(cat, emit_bridge.wire_signature)
-    files["exports.map"] = lambda: version_script(cat, events)
-    files["sweep/cases.cpp"] = lambda: emit_sweep.emit_index(cat)
-    files.update(emit_events.outputs(cat, events))
+    files["tvAPIC.catalogue.json"] = lambda: emit_json.emit(model)
+    files["dotnet/Native.g.cs"] = lambda: emit_csharp_native.emit(model)
+    files["dotnet/Objects.g.cs"] = lambda: emit_csharp_objects.emit(model)
+    files["dotnet/Remote.g.cs"] = lambda: emit_csharp_remote.emit(model)
+    files["exports.map"] = lambda: version_script(model)
+    files["sweep/cases.cpp"] = lambda: emit_sweep.emit_index(model)
+    files.update(emit_events.outputs(model))
     return files
 
 
-def export_names(cat, events):
-    """Every function the library exports, in header order."""
-    names = ["IAPIObject_AddRef", "IAPIObject_Release", "IAPIObject_IsSameObjects"]
-    names += [name for _, name, _ in families.container_prototypes()]
-    names += [op.export for op in cat.ops()]
-    names += [e.export for e in events.events()]
-    return names
-
-
-def version_script(cat, events):
+def version_script(model):
     """The ELF version script: the catalogue's exports and nothing else, so
     that no template instantiation of a library the code uses leaks out."""
-    names = "".join(f"    {name};\n" for name in export_names(cat, events))
+    names = "".join(f"    {name};\n" for name in model.export_names())
     return f"{{\n  global:\n{names}  local: *;\n}};\n"
 
 
@@ -94,21 +82,20 @@ def main(argv=None):
                         help="print the shape counts per group and the host's figures beside ours, and exit")
     args = parser.parse_args(argv)
     try:
-        cat = cat_mod.load(args.catalogue, GROUPS)
-        events = events_mod.load(args.catalogue, cat)
-    except cat_mod.CatalogueError as e:
+        model = model_mod.load(args.catalogue)
+    except model_mod.CatalogueError as e:
         print(f"tvgen: {e}", file=sys.stderr)
         return 1
     if args.protocol:
-        print(protocol_doc.tables(cat), end="")
+        print(protocol_doc.tables(model), end="")
         return 0
     if args.stats:
-        print(f"{stats.table(cat, events)}\n\n{stats.calibration(cat, events)}")
+        print(f"{stats.table(model)}\n\n{stats.calibration(model)}")
         return 0
     if args.exports:
-        print("\n".join(export_names(cat, events)))
+        print("\n".join(model.export_names()))
         return 0
-    files = emit_apidoc.outputs(cat, events, args.reference) if args.reference else outputs(cat, events)
+    files = emit_apidoc.outputs(model, args.reference) if args.reference else outputs(model)
     if args.list:
         print(";".join(sorted(files)))
         return 0

@@ -21,10 +21,10 @@ import re
 from collections import defaultdict
 from pathlib import Path
 
-from . import families, markdown, protocol_doc
-from . import events as ev
-from .ctypes_map import c_param, c_result
-from .emit_bridge import result_wire
+from . import markdown
+from .model import families
+from .model.types import c_param, c_result, callback_c_param, callback_c_result, registration_params
+from .model.wire import request, response, result_wire
 
 ASSETS = Path(__file__).with_name("reference")
 # How many of the exports that hand out an interface's objects its section names.
@@ -48,10 +48,10 @@ def esc(text):
 class Reference:
     """Where each interface, export and enumeration is documented."""
 
-    def __init__(self, cat, events):
-        self.cat, self.events = cat, events
-        self.page_of = {i.name: f"{i.group}.html" for i in cat.interfaces.values()}
-        for s in events.sources.values():
+    def __init__(self, model):
+        self.model = model
+        self.page_of = {i.name: f"{i.group}.html" for i in model.interfaces.values()}
+        for s in model.sources.values():
             self.page_of.setdefault(s.name, "events.html")
         self.handed_out = self._handed_out()
 
@@ -89,13 +89,13 @@ class Reference:
                 f"({', '.join(params) or 'void'})")
 
     def callback_signature(self, e):
-        params = ", ".join(f"{self.typed(ev.c_param(p), p.type)} {p.name}" for p in e.params) or "void"
-        return f"typedef {self.typed(ev.c_result(e.result), e.result)} (*{e.callback_type})({params})"
+        params = ", ".join(f"{self.typed(callback_c_param(p), p.type)} {p.name}" for p in e.params) or "void"
+        return f"typedef {self.typed(callback_c_result(e.result), e.result)} (*{e.callback_type})({params})"
 
     def _handed_out(self):
         """{interface: [exports that hand out its objects: results, out-objects, list elements]}"""
         found = defaultdict(list)
-        for op in self.cat.ops():
+        for op in self.model.ops():
             for t in [op.result] + [p.type for p in op.params if p.mode == "out"]:
                 name = t.name if t.kind == "object" else t.element
                 if name and name != "IAPIObject" and op.export not in found[name]:
@@ -139,10 +139,9 @@ def _notes(op):
 
 
 def _remote(op):
-    request, response = protocol_doc.request(op), protocol_doc.response(op)
     text = (f'API Server: <a class="wire" href="protocol.html#{op.export}">'
-            f"<code>{esc(', '.join(request) or 'nothing')}</code> → "
-            f"<code>{esc(', '.join(response) or 'nothing')}</code></a>")
+            f"<code>{esc(', '.join(request(op)) or 'nothing')}</code> → "
+            f"<code>{esc(', '.join(response(op)) or 'nothing')}</code></a>")
     stays = [f"<code>{p.name}</code> arrives empty" for p in op.params if p.type.kind == "vector" and not p.mode]
     if op.result.kind != "void" and not result_wire(op):
         stays.append("its result stays behind")
@@ -159,20 +158,20 @@ def _function(ref, op):
     return "".join(lines) + "</div>\n"
 
 
-def _registrations(events, name):
-    source = events.sources.get(name)
+def _registrations(model, name):
+    source = model.sources.get(name)
     return source.events if source is not None else []
 
 
 def _registration_block(ref, name):
-    regs = _registrations(ref.events, name)
+    regs = _registrations(ref.model, name)
     if not regs:
         return ""
     out = ["<h3>Handler registrations</h3>\n<p>The callback runs on the thread that raises the event; "
            "what it receives is lent for the call.</p>\n"]
     for e in regs:
         out.append(f'<div class="fn" id="{e.export}"><pre class="sig">void <b>{e.export}</b>'
-                   f"({esc(ev.registration_params(e))})\n{ref.callback_signature(e)}</pre></div>\n")
+                   f"({esc(registration_params(e))})\n{ref.callback_signature(e)}</pre></div>\n")
     return "".join(out)
 
 
@@ -190,7 +189,7 @@ def _interface_section(ref, i):
         links = ", ".join(f'<a href="{ref.export_href(e)}">{e}</a>' for e in handed[:SOURCES_SHOWN])
         more = f" and {len(handed) - SOURCES_SHOWN} more" if len(handed) > SOURCES_SHOWN else ""
         out.append(f'<p class="from">Obtained from: {links}{more}.</p>\n')
-    if not i.ops and not _registrations(ref.events, i.name):
+    if not i.ops and not _registrations(ref.model, i.name):
         out.append("<p>Declared only: it has no operations of its own.</p>\n")
     out.extend(_function(ref, op) for op in i.ops)
     out.append(_registration_block(ref, i.name))
@@ -198,18 +197,10 @@ def _interface_section(ref, i):
     return out
 
 
-def _interfaces(cat, group):
-    return [i for i in cat.interfaces.values() if i.group == group]
-
-
-def _unqueried(events, group):
-    return [s for s in events.sources.values() if not s.queried] if group == "events" else []
-
-
 def _export_count(ref, group):
-    interfaces = _interfaces(ref.cat, group)
-    return (sum(len(i.ops) + len(_registrations(ref.events, i.name)) for i in interfaces)
-            + sum(len(s.events) for s in _unqueried(ref.events, group)))
+    interfaces = ref.model.interfaces_in(group)
+    return (sum(len(i.ops) + len(_registrations(ref.model, i.name)) for i in interfaces)
+            + sum(len(s.events) for s in ref.model.unqueried(group)))
 
 
 def page(title, body):
@@ -226,14 +217,14 @@ def page(title, body):
 
 
 def emit_group(ref, group):
-    interfaces = _interfaces(ref.cat, group)
+    interfaces = ref.model.interfaces_in(group)
     out = [f"<h1>The {group} group</h1>\n<p>{len(interfaces)} interfaces, {_export_count(ref, group)} exports, "
            'generated from the catalogue. The <a href="index.html">index</a> has the rules every export '
            "follows.</p>\n<p class=\"toc\">"
            + " ".join(f'<a href="#{i.name}">{i.name}</a>' for i in interfaces) + "</p>\n"]
     for i in interfaces:
         out.extend(_interface_section(ref, i))
-    for s in _unqueried(ref.events, group):
+    for s in ref.model.unqueried(group):
         out.append(f'<section id="{s.name}">\n<h2>{s.name}</h2>\n<p class="meta">Not an API object: its handle '
                    "is the host's object itself, neither queried nor referenced.</p>\n"
                    + _registration_block(ref, s.name) + "</section>\n")
@@ -271,9 +262,9 @@ def emit_index(ref):
            "after their <code>I</code>.</p>\n", _a_to_z(ref),
            '<h2 id="groups">Groups</h2>\n<table>\n<tr><th>Group</th><th class="num">Interfaces</th>'
            '<th class="num">Exports</th></tr>\n']
-    for group in ref.cat.groups:
+    for group in ref.model.groups:
         out.append(f'<tr><td><a href="{group}.html">{group}</a></td><td class="num">'
-                   f"{len(_interfaces(ref.cat, group))}</td><td class=\"num\">{_export_count(ref, group)}</td></tr>\n")
+                   f"{len(ref.model.interfaces_in(group))}</td><td class=\"num\">{_export_count(ref, group)}</td></tr>\n")
     out.append("</table>\n")
     out.append('<h2 id="handle-base">Handle base</h2>\n<p><code>IAPIObject</code> is every object\'s base: '
                "a handle of any object.</p>\n"
@@ -309,11 +300,11 @@ def simulated_values(docs_text):
 def emit_enums(ref, docs):
     simulated = simulated_values((docs / "simulated-host.md").read_text(encoding="utf-8"))
     users = defaultdict(list)
-    for op in ref.cat.ops():
+    for op in ref.model.ops():
         for t in [op.result] + [p.type for p in op.params]:
             if t.kind == "enum" and op.export not in users[t.name]:
                 users[t.name].append(op.export)
-    for e in ref.events.events():
+    for e in ref.model.events():
         for t in [e.result] + [p.type for p in e.params]:
             if t.kind == "enum" and e.export not in users[t.name]:
                 users[t.name].append(e.export)
@@ -341,9 +332,9 @@ def search_index(ref):
     """The names the search finds, each with the page that documents it (at
     the anchor of its own name): 'name page-number' a line."""
     entries = [(name, page) for name, page in ref.page_of.items()]
-    entries += [(op.export, ref.page_of[op.interface.name]) for op in ref.cat.ops()]
-    entries += [(e.export, ref.page_of[e.source.name]) for e in ref.events.events()]
-    entries += [(name, "enums.html") for name in sorted(set(ref.cat.enums()) | set(ref.events.enums()))]
+    entries += [(op.export, ref.page_of[op.interface.name]) for op in ref.model.ops()]
+    entries += [(e.export, ref.page_of[e.source.name]) for e in ref.model.events()]
+    entries += [(name, "enums.html") for name in ref.model.enums()]
     entries += [(n, "index.html") for n in ("IAPIObject_AddRef", "IAPIObject_Release", "IAPIObject_IsSameObjects")]
     entries += [(name, "index.html") for _, name, _ in families.container_prototypes()]
     pages = sorted({page for _, page in entries})
@@ -352,12 +343,12 @@ def search_index(ref):
             f"const TVAPIC_PAGES = {json.dumps(pages)};\nconst TVAPIC_INDEX = \"{lines}\";\n")
 
 
-def outputs(cat, events, docs):
+def outputs(model, docs):
     """Pages by path relative to the reference's directory; `docs` is the
     folder that holds protocol.md and simulated-host.md."""
     docs = Path(docs)
-    ref = Reference(cat, events)
-    files = {f"{group}.html": (lambda g=group: emit_group(ref, g)) for group in cat.groups}
+    ref = Reference(model)
+    files = {f"{group}.html": (lambda g=group: emit_group(ref, g)) for group in model.groups}
     files["index.html"] = lambda: emit_index(ref)
     files["enums.html"] = lambda: emit_enums(ref, docs)
     files["protocol.html"] = lambda: emit_protocol(ref, docs)

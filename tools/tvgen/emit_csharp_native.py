@@ -3,9 +3,10 @@ exported (handles, vectors and returned text as IntPtr, text arguments as
 UTF-16 strings), and the C callback types of the event registrations as
 delegates. clients/dotnet/TvApic has the hand-written rest of the binding."""
 
-from . import families
-from .csharp_map import (BOOL_RESULT, HEADER, LPWSTR, callback_native_param, callback_native_result, handle_name,
-                         ident, native_param, native_result, raw_type)
+from .model import families
+from .model.csharp import (BOOL_RESULT, HEADER, callback_native_param, callback_native_result, handle_name, ident,
+                           native_param, native_result, raw_type)
+from .model.types import LPWSTR
 
 
 def base_imports():
@@ -34,22 +35,22 @@ def op_import(op):
     return native_result(op.result), op.export, params
 
 
-def imports(cat, events):
+def imports(model):
     """Every export in header order."""
-    return (base_imports() + [op_import(op) for op in cat.ops()]
-            + [registration_import(e) for e in events.events()])
+    return (base_imports() + [op_import(op) for op in model.ops()]
+            + [registration_import(e) for e in model.events()])
 
 
-def emit(cat, events):
+def emit(model):
     out = [HEADER, "using System;\nusing System.Runtime.InteropServices;\n\nnamespace TvApic\n{\n",
            "    public static partial class Native\n    {\n"]
-    for result, name, params in imports(cat, events):
+    for result, name, params in imports(model):
         args = ", ".join(f"{t} {n}" for t, n in params)
         attribute = result[:-len("bool")] if result.startswith(BOOL_RESULT) else ""
         out.append(f"        [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]{attribute.rstrip()}\n"
                    f"        public static extern {result[len(attribute):]} {name}({args});\n")
     out.append("\n        // The C callback types of the event registrations.\n")
-    for e in events.events():
+    for e in model.events():
         args = ", ".join(f"{callback_native_param(p)} {ident(p.name)}" for p in e.params)
         out.append(f"        [UnmanagedFunctionPointer(CallingConvention.Cdecl)]\n"
                    f"        public delegate {callback_native_result(e.result)} {e.callback_type}({args});\n")

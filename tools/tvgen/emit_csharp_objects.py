@@ -3,7 +3,8 @@ TvApic.Native. Arguments and results are converted (text copied and freed,
 vectors to arrays and deleted with their family's _Delete, handles wrapped in
 objects that hold one reference), handlers are .NET delegates."""
 
-from .csharp_map import HEADER, callback_native_param, ident
+from .model.csharp import HEADER, callback_native_param, csharp_type, ident
+from .model.types import SCALARS
 
 # Members the binding gives every object class: no operation may take their names.
 RESERVED = {"Dispose", "Handle", "Query", "IsSameObject", "Interface", "From", "Iid", "Finalize", "MemberwiseClone",
@@ -17,8 +18,6 @@ ELEMENTS = {"BoolVector": "bool", "ColorVector": "uint", "EnumVector": "int", "I
             "Uint32Vector": "uint", "FloatVector": "float", "DoubleVector": "double", "NumericIdVector": "ulong",
             "Uint8Vector": "byte", "StringVector": "string", "PropertyValueVector": "object",
             "AttributeValueVector": "object", "StorageValueVector": "object"}
-
-_SCALAR = {"bool": "bool", "int": "int", "enum": "int", "int64": "ulong", "double": "double"}
 
 
 def class_name(interface):
@@ -72,7 +71,7 @@ def _out_arg(m, p, n):
                          f"{name} = {factory(t.name)}(__o{n});", f"ref __o{n}")
     if t.kind == "bool":
         return m.through(f"ref bool {name}", f"int __b{n} = {name} ? 1 : 0;", f"{name} = __b{n} != 0;", f"ref __b{n}")
-    m.params.append(f"ref {_SCALAR[t.kind]} {name}")
+    m.params.append(f"ref {csharp_type(t.kind)} {name}")
     return f"ref {name}"
 
 
@@ -85,8 +84,8 @@ def _arg(m, p, n):
     if t.kind == "bool":
         m.params.append(f"bool {name}")
         return f"({name} ? 1 : 0)"
-    if t.kind in _SCALAR:
-        m.params.append(f"{_SCALAR[t.kind]} {name}")
+    if t.kind in SCALARS:
+        m.params.append(f"{csharp_type(t.kind)} {name}")
         return name
     if t.kind == "text":
         m.params.append(f"string {name}")
@@ -105,8 +104,8 @@ def _arg(m, p, n):
 def result_type(t):
     if t.kind == "void":
         return "void"
-    if t.kind in _SCALAR:
-        return _SCALAR[t.kind]
+    if t.kind in SCALARS:
+        return csharp_type(t.kind)
     if t.kind == "text":
         return "string"
     if t.kind == "object":
@@ -122,7 +121,7 @@ def result_type(t):
 
 def take_result(t, call):
     """The expression that turns the export's result into the method's."""
-    if t.kind in _SCALAR or t.kind == "void":
+    if t.kind in SCALARS or t.kind == "void":
         return call
     if t.kind == "text":
         return f"Text.Take({call})"
@@ -178,13 +177,12 @@ def handler_param(p):
         return "int[]"
     if kind == "StringVector":
         return "ref string[]"
-    base = {"text": "string", "int": "int", "bool": "bool", "uint32": "uint", "int64": "ulong", "double": "double",
-            "enum": "int", "pointer": "IntPtr"}[kind]
+    base = csharp_type(kind)
     return f"ref {base}" if p.inout else base
 
 
 def handler_result(t):
-    return {"void": "void", "bool": "bool", "enum": "int", "pointer": "IntPtr"}[t.kind]
+    return csharp_type(t.kind)
 
 
 def handler_type(e):
@@ -272,10 +270,9 @@ def removal_note(source, op):
     return f"Handlers.Drop(Handle, {kept_key(source)});"
 
 
-def class_text(interface, events):
+def class_text(interface, model):
     name = interface.name
-    source = events.sources.get(name)
-    queried = source if source is not None and source.queried else None
+    source = model.queried_source(name)
     for op in interface.ops:
         if op.name in RESERVED or op.name == name:
             raise ValueError(f"{op.where}: {name}.{op.name} would hide a member of the C# object classes")
@@ -293,14 +290,14 @@ def class_text(interface, events):
            f"        public static {name} From(IntPtr handle) {{ return handle == IntPtr.Zero ? null : new {name}(handle); }}\n"]
     for op in interface.ops:
         out.append(method_text(op.name, False, "Handle", op.export, op.params, op.result, removal_note(source, op)))
-    if queried:
-        out += [registration_method(e) for e in queried.events]
+    if source:
+        out += [registration_method(e) for e in source.events]
     return "".join(out) + "    }\n"
 
 
-def handler_delegates(events):
+def handler_delegates(model):
     out = []
-    for e in events.events():
+    for e in model.events():
         if not e.source.queried:
             continue
         params = ", ".join(f"{handler_param(p)} {ident(p.name)}" for p in e.params)
@@ -308,13 +305,13 @@ def handler_delegates(events):
     return "".join(out)
 
 
-def emit(cat, events):
+def emit(model):
     out = [HEADER, "using System;\nusing System.Collections.Generic;\n\nnamespace TvApic.Objects\n{\n",
            "    // Handlers: objects they receive are lent for the call; Query<T>() keeps one.\n",
-           handler_delegates(events), "\n"]
-    out += [class_text(i, events) for i in cat.interfaces.values()]
+           handler_delegates(model), "\n"]
+    out += [class_text(i, model) for i in model.interfaces.values()]
     factories = "".join(f"            {{ typeof({i.name}), {i.name}.From }},\n"
-                        for i in cat.interfaces.values() if not i.root)
+                        for i in model.interfaces.values() if not i.root)
     out.append("    public abstract partial class ApiObject\n    {\n"
                "        static readonly Dictionary<Type, Func<IntPtr, ApiObject>> Factories =\n"
                "            new Dictionary<Type, Func<IntPtr, ApiObject>>\n        {\n"

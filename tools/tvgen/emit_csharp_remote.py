@@ -1,9 +1,9 @@
 """Emits the methods of TvApic.Remote.Client (dotnet/Remote.g.cs): one per
-remotable function, from the wire signatures the bridge's generator hands in
-as `wire_signature` (op -> (request kinds, response kinds))."""
+remotable function, from the wire signatures the bridge's handlers are
+generated with."""
 
-from .csharp_map import HEADER, ident
-from .wire_view import travelling
+from .model.csharp import HEADER, csharp_type, ident
+from .model.wire import ACCESSOR, travelling
 
 
 def camel(name):
@@ -11,12 +11,8 @@ def camel(name):
     return name[1].lower() + name[2:]
 
 
-_REQUEST = {"u64": "U64", "i32": "I32", "f64": "F64", "string": "Text", "i32 slot": "SlotI32",
-            "f64 slot": "SlotF64"}
-
-
-def remote_method(op, wire_signature):
-    carried, response = travelling(op, wire_signature)
+def remote_method(op):
+    carried, response = travelling(op)
     own = {p.name for p, _ in carried if p}
     params, writes, reads = [], [], []
     for p, kind in carried:
@@ -27,18 +23,17 @@ def remote_method(op, wire_signature):
             cs, value = "ulong", name
         else:
             name = ident(p.name)
+            # A handle is a number here; a slot may be left out.
+            cs = "ulong" if p.type.kind == "object" else csharp_type(p.type.kind)
             if kind.endswith("slot"):
-                cs = {"bool": "bool?", "double": "double?"}.get(p.type.kind, "int?")
-            else:
-                cs = {"u64": "ulong", "f64": "double", "string": "string"}.get(kind)
-                cs = cs or ("bool" if p.type.kind == "bool" else "int")
+                cs += "?"
             value = name
         if kind.endswith("slot"):
             params.append(f"ref {cs} {name}")
-            reads.append(f"{name} = __a.{_REQUEST[kind]}({name});")
+            reads.append(f"{name} = __a.{ACCESSOR[kind]}({name});")
         else:
             params.append(f"{cs} {name}")
-        writes.append(f"__q.{_REQUEST[kind]}({value});")
+        writes.append(f"__q.{ACCESSOR[kind]}({value});")
     result = op.result
     last = response[-1] if response and not response[-1].endswith("slot") else None
     rtype, read = "void", None
@@ -56,8 +51,8 @@ def remote_method(op, wire_signature):
     return f"        public {rtype} {op.export}({', '.join(params)})\n        {{\n{body}        }}\n"
 
 
-def emit(cat, wire_signature):
+def emit(model):
     out = [HEADER, "namespace TvApic.Remote\n{\n", "    public partial class Client\n    {\n"]
-    out += [remote_method(op, wire_signature) for op in cat.ops() if op.interface.remote]
+    out += [remote_method(op) for op in model.remotable()]
     out.append("    }\n}\n")
     return "".join(out)

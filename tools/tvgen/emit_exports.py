@@ -1,28 +1,7 @@
-"""Emits the export wrappers: one thin call into the frame per operation.
+"""Emits the export wrappers: one thin call into the frame per operation,
+a translation unit per chunk of a group (the model's chunks)."""
 
-A group is split into several translation units of about CHUNK operations,
-so that a large group compiles on every core and an edit recompiles one part.
-"""
-
-from .ctypes_map import c_param, c_signature, host_param, host_value
-from .emit_tvapi import group_dependencies
-
-CHUNK = 700
-
-def chunks(cat, group):
-    """Lists of interfaces, each list one translation unit."""
-    parts, current, size = [], [], 0
-    for i in cat.interfaces.values():
-        if i.group != group:
-            continue
-        if current and size + len(i.ops) > CHUNK:
-            parts.append(current)
-            current, size = [], 0
-        current.append(i)
-        size += len(i.ops)
-    if current:
-        parts.append(current)
-    return parts
+from .model.types import c_param, c_signature, host_param, host_value
 
 
 def wrapper(op):
@@ -62,9 +41,9 @@ def wrapper(op):
     return f"TVAPIC_API {result} {op.export}({params}) {{\n{lines}}}\n"
 
 
-def emit_chunk(cat, group, interfaces):
+def emit_chunk(model, group, interfaces):
     out = ["// Generated from the catalogue; do not edit.\n", '#include "frame/frame.h"\n']
-    for g in group_dependencies(cat, group):
+    for g in model.group_dependencies(group):
         out.append(f'#include "tvapi/{g}.h"\n')
     out.append('#include "tvAPIC.h"\n\nusing namespace tvapic::frame;\n\nextern "C" {\n')
     for i in interfaces:

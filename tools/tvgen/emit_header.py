@@ -1,7 +1,7 @@
 """Emits tvAPIC.h, the public C header: types, vector families, every export."""
 
-from . import emit_events, families
-from .ctypes_map import c_signature
+from .model import families
+from .model.types import c_signature, callback_c_params, callback_c_result, registration_params
 
 PREAMBLE = """\
 /* tvAPIC: flat C access to the host application's object API.
@@ -71,7 +71,23 @@ POSTAMBLE = """
 """
 
 
-def emit(cat, events=None):
+def callback_typedef(e):
+    return f"typedef {callback_c_result(e.result)} (*{e.callback_type})({callback_c_params(e)});\n"
+
+
+def events_section(model):
+    out = ["\n/* Event subscriptions. A callback runs on the thread that raises the event;\n"
+           " * handles and texts it receives are lent for the call, vectors made for it are\n"
+           " * freed after it. A keyed registration is removed with its interface's\n"
+           " * RemoveAllHandlers(key); a null key is the empty key. */\n"]
+    for source in model.sources.values():
+        out.append(f"\n/* {source.name} */\n")
+        out.extend(callback_typedef(e) for e in source.events)
+        out.extend(f"TVAPIC_API void {e.export}({registration_params(e)});\n" for e in source.events)
+    return "".join(out)
+
+
+def emit(model):
     out = [PREAMBLE]
     for fam in families.FAMILIES:
         out.append(f"typedef struct {fam.c_type} {{ uint64_t size; {fam.element}* data; }} {fam.c_type};\n")
@@ -82,15 +98,14 @@ def emit(cat, events=None):
     out.append("\n/* Vectors and values. */\n")
     for result, name, params in families.container_prototypes():
         out.append(f"TVAPIC_API {result} {name}({params});\n")
-    for group in cat.groups:
-        ops = list(cat.ops(group))
+    for group in model.groups:
+        ops = list(model.ops(group))
         if not ops:
             continue
         out.append(f"\n/* Group: {group}. */\n")
         for op in ops:
             result, params = c_signature(op)
             out.append(f"TVAPIC_API {result} {op.export}({params});\n")
-    if events:
-        out.append(emit_events.header_section(events))
+    out.append(events_section(model))
     out.append(POSTAMBLE)
     return "".join(out)

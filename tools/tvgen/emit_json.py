@@ -1,18 +1,17 @@
 """Emits tvAPIC.catalogue.json: the whole API as data, for generators of
 bindings in any language (docs/catalogue-json.md gives the schema).
 
-Everything here is read from the checked catalogue and events models; the
-wire signatures come from the bridge's generator through the function
-`wire_signature` (op -> (request kinds, response kinds)), so that the data
-says exactly what the server reads and writes.
+Everything here is read from the model; the wire signatures are those the
+bridge's handlers are generated with, so that the data says exactly what the
+server reads and writes.
 """
 
 import json
 
-from . import events as ev
-from . import families
-from .ctypes_map import c_param, c_result, c_signature
-from .wire_view import travelling
+from .model import families
+from .model.types import (TYPES, c_param, c_result, c_signature, callback_c_param, callback_c_params,
+                          callback_c_result, registration_params)
+from .model.wire import travelling
 
 FORMAT = "tvAPIC catalogue"
 VERSION = 1
@@ -34,51 +33,38 @@ def type_data(t):
     return data
 
 
-def ownership(t):
-    """What the caller owns of a result and gives back how (the schema lists the words)."""
-    if t.kind == "text":
-        return "free"
-    if t.kind == "object":
-        return "release"
-    if t.kind == "vector":
-        return "delete"
-    if t.kind == "value":
-        return "always-null"
-    return "none"
-
-
-def operation_data(op, wire_signature):
+def operation_data(op):
     result, params = c_signature(op)
     data = {
         "name": op.name,
         "export": op.export,
         "c_signature": f"{result} {op.export}({params})",
-        "result": dict(type_data(op.result), c_type=c_result(op.result), ownership=ownership(op.result)),
+        "result": dict(type_data(op.result), c_type=c_result(op.result), ownership=TYPES[op.result.kind].ownership),
         "params": [dict(type_data(p.type), name=p.name, mode=p.mode or "in", c_type=c_param(p)) for p in op.params],
         "remote": op.interface.remote,
         "wire": None,
     }
     if op.interface.remote:
-        carried, response = travelling(op, wire_signature)
+        carried, response = travelling(op)
         data["wire"] = {"request": [{"param": p.name if p else "handle", "kind": kind} for p, kind in carried],
                         "response": response}
     return data
 
 
 def callback_param_data(p):
-    return dict(type_data(p.type), name=p.name, inout=p.inout, c_type=ev.c_param(p))
+    return dict(type_data(p.type), name=p.name, inout=p.inout, c_type=callback_c_param(p))
 
 
 def event_data(e):
-    params = ", ".join(f"{ev.c_param(p)} {p.name}" for p in e.params) or "void"
+    params = callback_c_params(e)
     return {
         "name": e.name,
         "export": e.export,
-        "c_signature": f"void {e.export}({ev.registration_params(e)})",
+        "c_signature": f"void {e.export}({registration_params(e)})",
         "callback": {
             "type": e.callback_type,
-            "c_signature": f"typedef {ev.c_result(e.result)} (*{e.callback_type})({params})",
-            "result": dict(type_data(e.result), c_type=ev.c_result(e.result)),
+            "c_signature": f"typedef {callback_c_result(e.result)} (*{e.callback_type})({params})",
+            "result": dict(type_data(e.result), c_type=callback_c_result(e.result)),
             "params": [callback_param_data(p) for p in e.params],
         },
     }
@@ -93,7 +79,7 @@ def base_functions():
     return out
 
 
-def describe(cat, events, wire_signature):
+def describe(model):
     """The catalogue as plain data (what the JSON file holds)."""
     return {
         "format": FORMAT,
@@ -102,10 +88,10 @@ def describe(cat, events, wire_signature):
         "families": [{"name": f.name, "element_c_type": f.element, "members": list(f.members)}
                      for f in families.FAMILIES],
         "interfaces": [{"name": i.name, "iid": i.iid, "group": i.group, "root": i.root, "remote": i.remote,
-                        "operations": [operation_data(op, wire_signature) for op in i.ops]}
-                       for i in cat.interfaces.values()],
+                        "operations": [operation_data(op) for op in i.ops]}
+                       for i in model.interfaces.values()],
         "event_sources": [{"name": s.name, "kind": s.kind, "keyed": s.keyed, "events": [event_data(e) for e in s.events]}
-                          for s in events.sources.values()],
+                          for s in model.sources.values()],
     }
 
 
@@ -121,5 +107,5 @@ def _layout(value, indent=""):
     return json.dumps(value, ensure_ascii=False)
 
 
-def emit(cat, events, wire_signature):
-    return _layout(describe(cat, events, wire_signature)) + "\n"
+def emit(model):
+    return _layout(describe(model)) + "\n"

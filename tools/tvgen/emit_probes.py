@@ -1,14 +1,13 @@
 """Emits the probe faces: for every interface, a class implementing it whose
 operations all forward to tvprobe::Object::On (see host/probe/probe.h)."""
 
-from .ctypes_map import host_signature, host_value
-from .emit_tvapi import group_dependencies
+from .model.types import host_signature, host_value
 
 
-def emit_declarations(cat):
+def emit_declarations(model):
     out = ["// Generated from the catalogue; do not edit.\n#pragma once\n\n",
            '#include "probe/probe.h"\n#include "tvapi/declarations.h"\n\nnamespace tvprobe {\n\n']
-    for i in cat.interfaces.values():
+    for i in model.interfaces.values():
         out.append(f'template <> struct FaceName<tvapi::{i.name}> {{ static constexpr const char* value = "{i.name}"; }};\n')
     out.append("\n}  // namespace tvprobe\n")
     return "".join(out)
@@ -38,10 +37,10 @@ def maker(i):
             f"    return {{std::move(f), face}};\n}}\n")
 
 
-def emit_chunk(cat, group, interfaces):
+def emit_chunk(model, group, interfaces):
     out = ["// Generated from the catalogue; do not edit.\n#include <memory>\n\n",
            '#include "probe/probe_faces.h"\n']
-    for g in group_dependencies(cat, group):
+    for g in model.group_dependencies(group):
         out.append(f'#include "tvapi/{g}.h"\n')
     out.append("\nnamespace tvprobe {\nnamespace {\n\n")
     out.extend(face(i) for i in interfaces)
@@ -51,14 +50,14 @@ def emit_chunk(cat, group, interfaces):
     return "".join(out)
 
 
-def emit_registry(cat):
+def emit_registry(model):
     out = ["// Generated from the catalogue; do not edit.\n#include <string>\n#include <unordered_map>\n\n",
            '#include "probe/probe.h"\n\nnamespace tvprobe {\n\n']
-    for i in cat.interfaces.values():
+    for i in model.interfaces.values():
         out.append(f"FaceMade Make{i.name}(Object&);\n")
     out.append("\nconst FaceFactory* FindFace(const std::string& name) {\n"
                "    static const std::unordered_map<std::string, FaceFactory> factories = {\n")
-    for i in cat.interfaces.values():
+    for i in model.interfaces.values():
         iid = f'"{i.iid}"' if i.iid else "nullptr"
         out.append(f'        {{"{i.name}", {{"{i.name}", {iid}, Make{i.name}}}}},\n')
     out.append("    };\n    auto it = factories.find(name);\n"

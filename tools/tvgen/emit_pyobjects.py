@@ -7,27 +7,19 @@ methods' parameters and results come from the binding's table (_native.py),
 so the two cannot disagree.
 """
 
-
-def methods(cat, events, interface):
-    """(method name, export) of an interface: its operations, then the handler
-    registrations set on it."""
-    out = [(op.name, op.export) for op in interface.ops]
-    source = events.sources.get(interface.name) if events is not None else None
-    if source is not None and source.queried:
-        out += [(e.registration, e.export) for e in source.events]
-    return out
+from .model.python import methods
 
 
-def emit(cat, events=None):
+def emit(model):
     out = ['"""Every interface of the host API, for tvapic.objects: group, IID text, root,\n'
            "whether the API Server serves it, and its methods with the exports they call.\n\n"
            "Generated from the catalogue by tools/tvgen; do not edit.\n"
            '"""\n\n'
            "INTERFACES = {\n"]
-    for i in cat.interfaces.values():
-        names = tuple(name for name, export in methods(cat, events, i))
+    for i in model.interfaces.values():
+        names = tuple(name for name, export in methods(model, i))
         # Every method calls <Interface>_<method>; only the names are listed.
-        assert all(export == f"{i.name}_{name}" for name, export in methods(cat, events, i))
+        assert all(export == f"{i.name}_{name}" for name, export in methods(model, i))
         out.append(f"    {i.name!r}: ({i.group!r}, {i.iid!r}, {i.root!r}, {i.remote!r}, {names!r}),\n")
     out.append("}\n")
     return "".join(out)

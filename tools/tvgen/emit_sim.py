@@ -7,10 +7,8 @@ public `handlers` member the simulated model raises events through (and tests
 raise any event through); RemoveAllHandlers drops a key's handlers, or all of
 them on an unkeyed interface."""
 
-from . import emit_events
-from . import events as ev
-from .ctypes_map import host_param, host_value
-from .emit_tvapi import group_dependencies
+from .model import Event
+from .model.types import host_param, host_value, registration_declaration
 
 
 def operation(op):
@@ -24,7 +22,7 @@ def registration(e):
     key = "key, " if e.source.keyed else ""
     # A "Set…" registration holds one handler: the new one replaces the old.
     replace = f"handlers.{e.name}.Clear(); " if e.registration.startswith("Set") else ""
-    return (f"    {emit_events.registration_declaration(e)} override "
+    return (f"    {registration_declaration(e)} override "
             f"{{ {replace}handlers.{e.name}.Add({key}std::move(handler)); }}\n")
 
 
@@ -50,7 +48,7 @@ def filter_operation(op):
 
 
 def filter_members(source):
-    ops = [m for m in source.members if not isinstance(m, ev.Event) and m.name in FILTER_OPS]
+    ops = [m for m in source.members if not isinstance(m, Event) and m.name in FILTER_OPS]
     if not ops:
         return ""
     elements = {p.type.element for op in ops for p in op.params if p.type.element}
@@ -74,7 +72,7 @@ def members(i, source):
         return [operation(op) for op in i.ops]
     out = []
     for m in source.members:
-        if isinstance(m, ev.Event):
+        if isinstance(m, Event):
             out.append(registration(m))
         elif source.kind == "events" and m.name == "RemoveAllHandlers":
             out.append(removal(source))
@@ -85,16 +83,14 @@ def members(i, source):
     return out + [handler_lists(source), filter_members(source)]
 
 
-def emit_group(cat, group, events):
+def emit_group(model, group):
     out = ["// Generated from the catalogue; do not edit.\n#pragma once\n\n",
            "#include <utility>\n\n", '#include "sim/handlers.h"\n', '#include "sim/object.h"\n']
-    for g in group_dependencies(cat, group):
+    for g in model.group_dependencies(group):
         out.append(f'#include "tvapi/{g}.h"\n')
     out.append("\nnamespace tvsim {\n")
-    for i in cat.interfaces.values():
-        if i.group != group:
-            continue
-        source = events.sources.get(i.name)
+    for i in model.interfaces_in(group):
+        source = model.queried_source(i.name)
         out.append(f"\ntemplate <>\nclass Default<tvapi::{i.name}> : public tvapi::{i.name} {{\npublic:\n")
         if i.root:
             out.append("    void HostReserved() override {}\n")

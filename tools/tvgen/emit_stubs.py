@@ -5,16 +5,16 @@ editors complete and type checkers check calls:
     objects.pyi    a class per interface of tvapic.objects
     _remote.pyi    the remote client's methods (tvapic.Client inherits them)
 
-Types follow the binding's kinds (see emit_pynative): handles are Handle in
+Types follow the binding's kinds (see model/python.py): handles are Handle in
 process and the wire's Handle remotely, lists are List going out and Sequence
 coming in, and a null (None) is allowed wherever the binding takes or gives one.
 A result that does not travel is typed as in process: the object layer raises
 rather than answer None for it.
 """
 
-from . import emit_pynative, emit_pyobjects
-from .emit_bridge import remotable, result_wire
-from .emit_python import travelling
+from .model.python import entries, methods, python_type, travelling
+from .model.types import SCALARS
+from .model.wire import result_wire
 
 T = "_t."   # typing, imported under a name no interface or operation takes
 
@@ -22,8 +22,6 @@ _ELEMENT = {"BoolVector": "bool", "ColorVector": "int", "EnumVector": "int", "In
             "Uint32Vector": "int", "NumericIdVector": "int", "Uint8Vector": "int", "FloatVector": "float",
             "DoubleVector": "float", "StringVector": "str", "PropertyValueVector": "PropertyValue",
             "AttributeValueVector": "None", "StorageValueVector": "None"}
-_SCALAR = {"bool": "bool", "int": "int", "enum": "int", "int64": "int", "double": "float", "uint32": "int",
-           "pointer": f"{T}Optional[int]"}
 _RAW = {"void": "None", "pointer": f"{T}Optional[int]", "nonnull": "int", "float": "float", "double": "float"}
 
 
@@ -50,8 +48,8 @@ class Types:
         head = words[0]
         if head in ("out", "inout"):
             return self.value(words[1:])
-        if head in _SCALAR:
-            return _SCALAR[head]
+        if head in SCALARS:
+            return python_type(head)
         if head in ("text", "borrowed-text", "nonnull-text"):
             return "str"
         if head == "object":
@@ -164,10 +162,10 @@ def outstanding() -> int: ...
 '''
 
 
-def emit_native(cat, events=None):
+def emit_native(model):
     types = Types()
     out = [NATIVE_HEAD]
-    for name, result, params in emit_pynative.entries(cat, events):
+    for name, result, params in entries(model):
         out.append(_def(name, params, types.answer(result, params), types) + "\n")
     return "".join(out)
 
@@ -221,17 +219,17 @@ def _object_class(interface):
     return "APIObject" if interface == "IAPIObject" else f'"{interface}"'
 
 
-def emit_objects(cat, events=None):
+def emit_objects(model):
     types = Types(_object_class)
-    table = {name: (result, params) for name, result, params in emit_pynative.entries(cat, events)}
-    remote = {op.export for op in remotable(cat)}
+    table = {name: (result, params) for name, result, params in entries(model)}
+    remote = {op.export for op in model.remotable()}
     out = [OBJECTS_HEAD]
-    for i in cat.interfaces.values():
+    for i in model.interfaces.values():
         out.append(f"\nclass {i.name}(APIObject):\n")
-        methods = emit_pyobjects.methods(cat, events, i)
-        if not methods:
+        its_methods = methods(model, i)
+        if not its_methods:
             out.append("    ...\n")
-        for name, export in methods:
+        for name, export in its_methods:
             result, params = table[export]
             params = params if i.root else params[1:]
             answer = types.answer(result, params, export in remote)
@@ -254,28 +252,27 @@ SIGNATURES: _t.Dict[str, Signature]
 class RemoteAPI:
 '''
 
-_WIRE_RESULT = {("u64", "object"): f"{T}Optional[Handle]", ("u64", "int64"): "int", ("i32", "bool"): "bool",
-                ("i32", "int"): "int", ("i32", "enum"): "int", ("string", "text"): "str",
-                ("string vector", "vector"): f"{T}Optional[{T}List[str]]"}
-_WIRE_ARG = {"object": f"{T}Optional[Handle]", "int64": "int", "bool": "bool", "int": "int", "enum": "int",
-             "double": "float", "text": "str"}
+def _wire_value(kind):
+    """The remote client's type of a value of a catalogue kind: handles may be null."""
+    if kind == "vector":   # a StringVector result, the one list that travels
+        return f"{T}Optional[{T}List[str]]"
+    return _opt(python_type(kind)) if kind == "object" else python_type(kind)
 
 
-def emit_remote(cat):
+def emit_remote(model):
     out = [REMOTE_HEAD]
-    for op in remotable(cat):
+    for op in model.remotable():
         params, _ = travelling(op)
         last_required = max((n for n, p in enumerate(params) if not p[1].endswith("slot")), default=-1)
         args = ["self"]
         slots = []
         for n, (name, kind, type_, _of) in enumerate(params):
             if kind.endswith("slot"):
-                slots.append(_opt(_WIRE_ARG[type_]))
-                args.append(f"{name}: {_opt(_WIRE_ARG[type_])}" + (" = ..." if n > last_required else ""))
+                slots.append(_opt(_wire_value(type_)))
+                args.append(f"{name}: {_opt(_wire_value(type_))}" + (" = ..." if n > last_required else ""))
             else:
-                args.append(f"{name}: {_WIRE_ARG[type_]}")
-        kind = result_wire(op)
-        result = _WIRE_RESULT[(kind, op.result.kind)] if kind else None
+                args.append(f"{name}: {_wire_value(type_)}")
+        result = _wire_value(op.result.kind) if result_wire(op) else None
         if slots:
             answer = f"{T}Tuple[{', '.join(slots + ([result] if result else []))}]"
         else:
@@ -284,10 +281,10 @@ def emit_remote(cat):
     return "".join(out)
 
 
-def outputs(cat, events=None):
+def outputs(model):
     """Stub files by path relative to the package."""
     return {
-        "native.pyi": lambda: emit_native(cat, events),
-        "objects.pyi": lambda: emit_objects(cat, events),
-        "_remote.pyi": lambda: emit_remote(cat),
+        "native.pyi": lambda: emit_native(model),
+        "objects.pyi": lambda: emit_objects(model),
+        "_remote.pyi": lambda: emit_remote(model),
     }

@@ -1,25 +1,20 @@
 """Emits the export sweep's cases: one per operation, naming the kind of each
 parameter so that tests/sweep can call the export three ways and check it."""
 
-_KIND = {"bool": "Bool", "int": "Int", "int64": "Int64", "double": "Double", "enum": "Enum", "text": "Text"}
-_OUT = {"bool": "OutBool", "int": "OutInt", "int64": "OutInt64", "double": "OutDouble", "enum": "OutEnum"}
+from .model.types import TYPES, fill
 
 
 def kind(p, pos):
+    """The parameter's kind in tests/sweep/kinds.h: the type table's sweep
+    kind (an object's names its interface), or a vector's template."""
     t = p.type
-    if p.mode == "out":
-        if t.kind == "object":
-            return f'kind::OutObject(p, {pos}, "{t.name}")'
-        return f"kind::{_OUT[t.kind]}(p, {pos})"
-    if t.kind in _KIND:
-        return f"kind::{_KIND[t.kind]}(p, {pos})"
-    if t.kind == "object":
-        return f'kind::Object(p, {pos}, "{t.name}")'
-    if t.kind == "value":
-        return f"kind::{t.name}(p, {pos})"
-    template = "InOut" if p.mode == "inout" else "Vector"
-    element = f', "{t.element}"' if t.element else ""
-    return f"kind::{template}<{t.name}_t>(p, {pos}{element})"
+    if t.kind == "vector":
+        template = "InOut" if p.mode == "inout" else "Vector"
+        element = f', "{t.element}"' if t.element else ""
+        return f"kind::{template}<{t.name}_t>(p, {pos}{element})"
+    out = "Out" if p.mode == "out" else ""
+    interface = f', "{t.name}"' if t.kind == "object" else ""
+    return f"kind::{out}{fill(TYPES[t.kind].sweep, t)}(p, {pos}{interface})"
 
 
 def answering_interfaces(op):
@@ -47,7 +42,7 @@ def function_name(group, n):
     return f"AddCases_{group}_{n}"
 
 
-def emit_chunk(cat, group, interfaces, n):
+def emit_chunk(model, group, interfaces, n):
     out = ["// Generated from the catalogue; do not edit.\n",
            '#include "sweep/kinds.h"\n#include "tvAPIC.h"\n\nnamespace sweep {\n\n',
            f"void {function_name(group, n)}([[maybe_unused]] std::vector<Case>& cases) {{\n"]
@@ -57,10 +52,9 @@ def emit_chunk(cat, group, interfaces, n):
     return "".join(out)
 
 
-def emit_index(cat):
-    from .emit_exports import chunks
-    names = [function_name(g, n) for g in cat.groups for n, _ in enumerate(chunks(cat, g))]
-    total = sum(1 for _ in cat.ops())
+def emit_index(model):
+    names = [function_name(g, n) for g in model.groups for n, _ in enumerate(model.chunks(g))]
+    total = sum(1 for _ in model.ops())
     out = ["// Generated from the catalogue; do not edit.\n", '#include "sweep/sweep.h"\n\nnamespace sweep {\n\n']
     out.extend(f"void {name}(std::vector<Case>&);\n" for name in names)
     out.append("\nstd::vector<Case> AllCases() {\n    std::vector<Case> cases;\n")

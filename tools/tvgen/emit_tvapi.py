@@ -7,11 +7,11 @@ catalogue order. Rooted interfaces are not API objects: slot 0 is the host's,
 their operations follow from slot 1.
 """
 
-from . import emit_events
-from .ctypes_map import host_signature
+from .model import Event
+from .model.types import callback_host_signature, host_signature, registration_declaration
 
 
-def emit_declarations(cat, events=None):
+def emit_declarations(model):
     out = [
         "// Generated from the catalogue; do not edit.\n",
         "#pragma once\n\n",
@@ -20,48 +20,54 @@ def emit_declarations(cat, events=None):
         "namespace tvapi {\n\n",
     ]
     # Enumerations named only by event callbacks are declared with the rest.
-    for enum in sorted(set(cat.enums()) | set(events.enums() if events else [])):
+    for enum in model.enums():
         out.append(f"enum {enum} : int {{}};\n")
     out.append("\n")
-    for i in cat.interfaces.values():
+    for i in model.interfaces.values():
         out.append(f"class {i.name};\n")
         if i.iid:
             out.append(f'template <> struct IAPIObjectIID<{i.name}> {{ static constexpr char text[37] = "{i.iid}"; }};\n')
-    if events:
-        out.append(emit_events.unqueried_declarations(events))
+    out.extend(f"class {s.name};\n" for s in model.sources.values() if not s.queried)
     out.append("\n}  // namespace tvapi\n")
     return "".join(out)
 
 
-def group_dependencies(cat, group):
-    """Groups whose interfaces a group's signatures name (its own included)."""
-    names = cat.referenced_interfaces(group)
-    return sorted({cat.interfaces[n].group for n in names} | {group}, key=cat.groups.index)
+def handlers_class_body(source):
+    """The body of a class that takes handlers: handler types, then its
+    virtual operations in slot order."""
+    out = [f"    using {e.handler_type} = std::function<{callback_host_signature(e)}>;\n" for e in source.events]
+    out.append("\n")
+    for m in source.members:
+        text = registration_declaration(m) if isinstance(m, Event) else host_signature(m)
+        out.append(f"    virtual {text} = 0;\n")
+    return "".join(out)
 
 
-def emit_group(cat, group, events=None):
+def unqueried_class(source):
+    return (f"\n// Not an API object: the host hands out the interface itself.\nclass {source.name} {{\npublic:\n"
+            + handlers_class_body(source) + f"\nprotected:\n    ~{source.name}() = default;\n}};\n")
+
+
+def emit_group(model, group):
     out = [
         "// Generated from the catalogue; do not edit.\n",
         "#pragma once\n\n",
         '#include "tvapi/declarations.h"\n\n',
         "namespace tvapi {\n",
     ]
-    for i in cat.interfaces.values():
-        if i.group != group:
-            continue
+    for i in model.interfaces_in(group):
         base = "" if i.root else " : public IAPIObject"
         out.append(f"\nclass {i.name}{base} {{\npublic:\n")
         if i.root:
             out.append("    virtual void HostReserved() = 0;\n")
-        source = events.sources.get(i.name) if events else None
+        source = model.queried_source(i.name)
         if source:
             # An interface that takes handlers: handler types and registrations too.
-            out.append(emit_events.host_class_body(source))
+            out.append(handlers_class_body(source))
         else:
             for op in i.ops:
                 out.append(f"    virtual {host_signature(op)} = 0;\n")
         out.append(f"\nprotected:\n    ~{i.name}() = default;\n}};\n")
-    if events and group == emit_events.ev.GROUP:
-        out.append(emit_events.unqueried_classes(events))
+    out.extend(unqueried_class(s) for s in model.unqueried(group))
     out.append("\n}  // namespace tvapi\n")
     return "".join(out)

@@ -4,7 +4,7 @@ group, and beside them the host API's own figures (catalogue/README.md)."""
 
 from collections import Counter
 
-from . import families
+from .model import families
 
 FOUR_BYTE = {"Int32Vector", "EnumVector", "ColorVector", "Uint32Vector"}
 EIGHT_BYTE = {"DoubleVector", "NumericIdVector"}
@@ -88,10 +88,10 @@ def shape_counts(ops):
     return c
 
 
-def registration_counts(events):
+def registration_counts(model):
     """Each registration takes its object, the key when keyed, and a callback."""
     c = Counter()
-    for e in events.events():
+    for e in model.events():
         c["operations"] += 1
         if e.source.keyed:
             c["text argument"] += 1
@@ -110,19 +110,19 @@ def container_counts():
     return c
 
 
-def columns(cat, events):
+def columns(model):
     """(title, counts) per group of the export list, then the whole list."""
-    cols = [(g, shape_counts(cat.ops(g))) for g in cat.groups if any(True for _ in cat.ops(g))]
-    cols += [("registrations", registration_counts(events)), ("vectors, values, handles", container_counts())]
+    cols = [(g, shape_counts(model.ops(g))) for g in model.groups if any(True for _ in model.ops(g))]
+    cols += [("registrations", registration_counts(model)), ("vectors, values, handles", container_counts())]
     total = sum((c for _, c in cols), Counter())
     # A converter per element interface, whichever kind of object vector it fills.
-    elements = {p.type.element for op in cat.ops() for p in op.params if p.type.element and not p.mode}
+    elements = {p.type.element for op in model.ops() for p in op.params if p.type.element and not p.mode}
     total["object-vector argument interfaces"] = len(elements)
     return cols + [("all", total)]
 
 
-def table(cat, events):
-    cols = columns(cat, events)
+def table(model):
+    cols = columns(model)
     rows = sorted({k for _, c in cols[:-1] for k in c}, key=lambda k: (k != "operations", k))
     lines = ["| shape | " + " | ".join(t for t, _ in cols) + " |", "|---|" + "---:|" * len(cols)]
     for key in rows:
@@ -130,13 +130,13 @@ def table(cat, events):
     return "\n".join(lines)
 
 
-def calibration_rows(cat, events):
+def calibration_rows(model):
     """(figure, host, ours) for every figure the host gives."""
-    total = columns(cat, events)[-1][1]
+    total = columns(model)[-1][1]
     return [(figure, host, str(total[key])) for figure, host, key in HOST_FIGURES]
 
 
-def calibration(cat, events):
+def calibration(model):
     lines = ["| Figure | Host | Catalogue |", "|---|---:|---:|"]
-    lines += [f"| {f} | {h} | {o} |" for f, h, o in calibration_rows(cat, events)]
+    lines += [f"| {f} | {h} | {o} |" for f, h, o in calibration_rows(model)]
     return "\n".join(lines)

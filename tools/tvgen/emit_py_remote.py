@@ -4,59 +4,13 @@ For every remotable function: its signature as the wire carries it (the
 parameters that travel with their names, wire kinds and catalogue kinds, so
 that a handle is told from a 64-bit integer, and the result), and a method of
 the RemoteAPI mixin that the client's Client class inherits. The kinds come
-from emit_bridge, which the server's handlers are generated with.
+from the model's wire signatures, which the server's handlers are generated
+with.
 """
 
-import keyword
-
-from .emit_bridge import param_wire, remotable, result_wire
-
-# Catalogue kinds the client distinguishes; anything else does not travel.
-_TRAVELLING = {"object", "int64", "bool", "int", "enum", "double", "text"}
-
-
-def _of(t):
-    return t.name if t.kind in ("object", "enum") else ""
-
-
-def _identifier(name, taken):
-    name = name + "_" if keyword.iskeyword(name) or name == "self" else name
-    while name in taken:
-        name += "_"
-    taken.add(name)
-    return name
-
-
-def handle_name(interface):
-    """The name of the object's handle parameter: IDocuments -> documents."""
-    base = interface.name[1:]
-    return base[0].lower() + base[1:]
-
-
-def travelling(op):
-    """[(python name, wire kind, catalogue kind, of)] in request order, and the
-    parameters that do not travel, as (name, type text)."""
-    taken = set()
-    params, dropped = [], []
-    if not op.interface.root:
-        params.append((None, "u64", "object", op.interface.name))
-    for p in op.params:
-        kind = param_wire(op, p)
-        if kind is None:
-            dropped.append((p.name, str(p.type)))
-            continue
-        assert p.type.kind in _TRAVELLING, p.type
-        params.append((p.name, kind, p.type.kind, _of(p.type)))
-    named = []
-    own = {p[0] for p in params if p[0]}
-    for name, kind, type_, of in params:
-        if name is None:
-            # The handle's name must not clash with the function's own parameters.
-            name = handle_name(op.interface)
-            while name in own:
-                name += "_"
-        named.append((_identifier(name, taken), kind, type_, of))
-    return named, dropped
+from .model.python import of, travelling
+from .model.types import TYPES
+from .model.wire import result_wire
 
 
 def _result(op):
@@ -64,14 +18,11 @@ def _result(op):
     if not kind:
         return None
     t = op.result
-    return kind, t.kind, _of(t)
+    return kind, t.kind, of(t)
 
 
-def _value_text(type_, of, kind):
-    text = {"object": f"handle of {of}", "int64": "64-bit integer", "bool": "bool", "int": "int",
-            "enum": f"{of} value", "double": "float", "text": "str", "vector": "list of str"}[type_]
-    if type_ == "object" and of == "IAPIObject":
-        text = "handle"
+def _value_text(type_, of_, kind):
+    text = "handle" if type_ == "object" and of_ == "IAPIObject" else TYPES[type_].python_doc.format(name=of_)
     return f"{text} ({kind})"
 
 
@@ -80,8 +31,8 @@ def docstring(op, params, dropped, result):
     if params:
         width = max(len(p[0]) for p in params)
         lines.append("Arguments:")
-        for name, kind, type_, of in params:
-            text = _value_text(type_, of, kind)
+        for name, kind, type_, of_ in params:
+            text = _value_text(type_, of_, kind)
             if kind.endswith("slot"):
                 text += ": a value is sent and the function's comes back; None leaves it out"
             elif type_ == "object":
@@ -131,8 +82,8 @@ def _tuple(items):
     return f"({items[0]},)" if len(items) == 1 else f"({', '.join(items)})"
 
 
-def emit(cat):
-    ops = remotable(cat)
+def emit(model):
+    ops = model.remotable()
     interfaces = []
     for op in ops:
         if op.interface.name not in interfaces:
@@ -147,7 +98,7 @@ def emit(cat):
     for op in ops:
         params, dropped = travelling(op)
         result = _result(op)
-        ps = _tuple(f"_P({n!r}, {k!r}, {t!r}{f', {of!r}' if of else ''})" for n, k, t, of in params)
+        ps = _tuple(f"_P({n!r}, {k!r}, {t!r}{f', {o!r}' if o else ''})" for n, k, t, o in params)
         rs = "None" if result is None else f"_R({result[0]!r}, {result[1]!r}{f', {result[2]!r}' if result[2] else ''})"
         stays = _stays(op, dropped, result)
         extra = f", {stays!r}" if stays else ""

@@ -1,6 +1,8 @@
-"""How catalogue types appear in C#: identifiers, and the types of the
+"""How the catalogue appears in C#: identifiers, and the types of the
 platform-invoke declarations (TvApic.Native), which take and give what the
-C exports do. The C# emitters share these, as the C ones share ctypes_map."""
+C exports do; the type table has each kind's C# types."""
+
+from .types import LPWSTR, TYPES
 
 HEADER = "// Generated from the catalogue by tools/tvgen; do not edit.\n"
 
@@ -10,14 +12,11 @@ interface internal is lock long namespace new null object operator out override 
 readonly ref return sbyte sealed short sizeof stackalloc static string struct switch this throw true try typeof uint
 ulong unchecked unsafe ushort using virtual void volatile while""".split())
 
-LPWSTR = "[MarshalAs(UnmanagedType.LPWStr)] string"
 BOOL_RESULT = "[return: MarshalAs(UnmanagedType.I1)] "
 
 # C types of the handle base, vector and value functions.
 RAW = {"void": "void", "int": "int", "uint64_t": "ulong", "int32_t": "int", "uint32_t": "uint", "uint8_t": "byte",
        "float": "float", "double": "double", "const tvWChar*": LPWSTR}
-
-NATIVE_SCALAR = {"bool": "int", "int": "int", "enum": "int", "int64": "ulong", "double": "double"}
 
 
 def ident(name):
@@ -33,21 +32,28 @@ def handle_name(op):
     return name
 
 
+def csharp_type(kind):
+    """The object layer's C# type of a scalar or text kind."""
+    return TYPES[kind].csharp
+
+
+def _native(kind):
+    """A scalar's C# type as exported; anything else is an address."""
+    facts = TYPES[kind]
+    return facts.csharp_native if facts.scalar else "IntPtr"
+
+
 def native_param(p):
     t = p.type
     if p.mode == "out":
-        return "ref IntPtr" if t.kind == "object" else f"ref {NATIVE_SCALAR[t.kind]}"
-    if t.kind in NATIVE_SCALAR:
-        return NATIVE_SCALAR[t.kind]
-    return LPWSTR if t.kind == "text" else "IntPtr"
+        return f"ref {_native(t.kind)}"
+    return TYPES[t.kind].csharp_native
 
 
 def native_result(t):
-    if t.kind == "void":
-        return "void"
     if t.kind == "bool":
         return BOOL_RESULT + "bool"
-    return NATIVE_SCALAR.get(t.kind, "IntPtr")
+    return "void" if t.kind == "void" else _native(t.kind)
 
 
 def raw_type(c_type):
@@ -57,9 +63,8 @@ def raw_type(c_type):
 def callback_native_param(p):
     if p.inout and p.kind in ("int", "bool"):
         return "ref int"
-    return {"bool": "int", "int": "int", "uint32": "uint", "int64": "ulong", "double": "double",
-            "enum": "int"}.get(p.kind, "IntPtr")
+    return _native(p.kind) if p.kind in TYPES else "IntPtr"
 
 
 def callback_native_result(t):
-    return {"void": "void", "bool": "int", "enum": "int", "pointer": "IntPtr"}[t.kind]
+    return _native(t.kind) if t.kind != "void" else "void"

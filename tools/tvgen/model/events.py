@@ -20,15 +20,15 @@ from pathlib import Path
 
 from . import catalogue as cat_mod
 from .catalogue import CatalogueError, Type
+from .types import CALLBACK_WORDS
 
-GROUP = "events"
-FILE = "events.api"
+GROUP = cat_mod.EVENTS_GROUP
+FILE = f"{GROUP}.api"
 
 EVENT_RE = re.compile(r"^  on (\S+) (\w+)\(([^)]*)\)(?: via (\w+))?\s*(?:#.*)?$")
 # Host enumerations keep the host's names: most are tv…Enum, a few lack the
 # prefix (DocumentTypeEnum) or the suffix (tvProcessContextMenuType).
 CALLBACK_ENUM_RE = re.compile(r"^(tv[A-Z]\w*|[A-Z]\w*Enum)$")
-CALLBACK_SCALARS = ("bool", "int", "uint32", "int64", "double")
 CALLBACK_LISTS = ("Int32Vector", "StringVector")
 # What a callback may change: the host reads these back after the call.
 INOUT_KINDS = ("text", "int", "bool", "StringVector")
@@ -44,6 +44,11 @@ class CallbackParam:
     def kind(self):
         """The conversion this parameter needs: the type's kind, or the list family."""
         return self.type.name if self.type.kind == "vector" else self.type.kind
+
+    @property
+    def mode(self):
+        """As an operation's parameter says it: "inout" or ""."""
+        return "inout" if self.inout else ""
 
 
 @dataclass
@@ -103,29 +108,6 @@ class Events:
                     found.add(t.name)
         return sorted(found)
 
-    def takes_handlers(self, interface_name):
-        s = self.sources.get(interface_name)
-        return s is not None and s.queried
-
-    def plain(self, interfaces):
-        """The interfaces of a list that take no handlers."""
-        return [i for i in interfaces if not self.takes_handlers(i.name)]
-
-    def groups_named_by(self, cat, sources):
-        """Interface groups that the sources' signatures name, their own included."""
-        names = set()
-        for s in sources:
-            types = [p.type for e in s.events for p in e.params]
-            if s.interface is not None:
-                names.add(s.interface.name)
-                types += [t for op in s.interface.ops for t in [op.result] + [p.type for p in op.params]]
-            names |= {t.element or t.name for t in types if t.kind == "object" or t.element}
-        names.discard("IAPIObject")
-        groups = {cat.interfaces[n].group for n in names}
-        if any(not s.queried for s in sources):
-            groups.add(GROUP)  # where the unqueried interfaces are declared
-        return sorted(groups, key=cat.groups.index)
-
 
 def parse_callback_type(text, where):
     m = re.fullmatch(r"ObjectReferenceVector<(\w+)>", text)
@@ -133,7 +115,7 @@ def parse_callback_type(text, where):
         if not cat_mod.INTERFACE_RE.match(m.group(1)):
             raise CatalogueError(f"{where}: bad element interface {m.group(1)!r}")
         return Type("vector", "ObjectReferenceVector", m.group(1))
-    if text in CALLBACK_SCALARS or text in ("text", "pointer"):
+    if text in CALLBACK_WORDS:
         return Type(text)
     if text in CALLBACK_LISTS:
         return Type("vector", text)
@@ -300,59 +282,3 @@ def load(directory, cat):
             raise CatalogueError(f"{e.where}: export {e.export} declared twice")
         exports.add(e.export)
     return Events(sources)
-
-
-# How a callback's parameters and results appear to the host and to C.
-
-_HOST = {"bool": "bool", "int": "int", "uint32": "std::uint32_t", "int64": "std::uint64_t",
-         "double": "double", "pointer": "void*"}
-_C = {"bool": "int", "int": "int", "uint32": "uint32_t", "int64": "uint64_t", "double": "double",
-      "pointer": "void*", "enum": "int", "object": "void*"}
-
-
-def host_param(p):
-    t = p.type
-    if p.kind == "object":
-        return f"const tvapi::SmartPtr<tvapi::{t.name}>&"
-    if p.kind == "ObjectReferenceVector":
-        return f"const std::vector<tvapi::SmartPtr<tvapi::{t.element}>>&"
-    if p.kind == "Int32Vector":
-        return "const std::vector<std::int32_t>&"
-    if p.kind == "StringVector":
-        return "std::vector<tvapi::WString>&"
-    if p.kind == "text":
-        return "tvapi::WString&" if p.inout else "const tvapi::WString&"
-    base = f"tvapi::{t.name}" if p.kind == "enum" else _HOST[p.kind]
-    return base + "&" if p.inout else base
-
-
-def host_result(t):
-    return f"tvapi::{t.name}" if t.kind == "enum" else {"void": "void", "bool": "bool", "pointer": "void*"}[t.kind]
-
-
-def host_signature(e):
-    """The host handler's function type, e.g. bool(const tvapi::WString&)."""
-    return f"{host_result(e.result)}({', '.join(host_param(p) for p in e.params)})"
-
-
-def c_param(p):
-    if p.kind == "ObjectReferenceVector":
-        return "const ObjectReferenceVector_t*"
-    if p.kind == "Int32Vector":
-        return "const Int32Vector_t*"
-    if p.kind == "StringVector":
-        return "StringVector_t*"
-    if p.kind == "text":
-        return "tvWChar**" if p.inout else "const tvWChar*"
-    return _C[p.kind] + "*" if p.inout else _C[p.kind]
-
-
-def c_result(t):
-    return {"void": "void", "bool": "int", "enum": "int", "pointer": "void*"}[t.kind]
-
-
-def registration_params(e):
-    """The export's C parameters: the object, the key when keyed, the callback."""
-    first = "events" if e.source.kind == "events" else "handle"
-    key = ["const tvWChar* key"] if e.source.keyed else []
-    return ", ".join([f"void* {first}"] + key + [f"{e.callback_type} callback"])

@@ -1,8 +1,9 @@
 """The C vector and value families of the public header.
 
 One row per family: its name, the C type of one element, the type that `_Get`
-returns and `_Set` takes, which exported members it has, and the host element
-type that its converters produce (None where no host sequence exists).
+returns and `_Set` takes, which exported members it has, the host element
+type that its converters produce (None where no host sequence exists), and
+the wire kind a result of the family travels as (None: it stays behind).
 """
 
 from dataclasses import dataclass
@@ -15,6 +16,7 @@ class Family:
     value: str            # C type returned by `_Get` and taken by `_Set`
     members: tuple        # exported member suffixes, in header order
     host_element: str | None = None  # C++ element type of the host sequence
+    wire_result: str | None = None   # wire kind of a result of the family (None: it stays behind)
 
     @property
     def c_type(self) -> str:
@@ -35,7 +37,7 @@ FAMILIES = [
     Family("NumericIdVector", "uint64_t", "uint64_t", _ALL, "std::uint64_t"),
     Family("Uint8Vector", "uint8_t", "uint8_t", _ALL, "std::uint8_t"),
     Family("Uint8VectorVector", "Uint8Vector_t*", "Uint8Vector_t*", _ALL),
-    Family("StringVector", "tvWChar*", "tvWChar*", _ALL, "tvapi::WString"),
+    Family("StringVector", "tvWChar*", "tvWChar*", _ALL, "tvapi::WString", "string vector"),
     Family("StringVectorVector", "StringVector_t*", "StringVector_t*", _ALL),
     Family("ObjectReferenceVector", "void*", "void*", _ALL, "tvapi::SmartPtr<tvapi::{I}>"),
     Family("ObjectReferenceVectorVector", "ObjectReferenceVector_t*", "ObjectReferenceVector_t*", _ALL,

@@ -9,8 +9,8 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 from . import families
+from .types import OPERATION_WORDS, SCALARS
 
-SCALARS = ("bool", "int", "int64", "double")
 IID_RE = re.compile(r"^[0-9a-fA-F]{8}-[0-9a-fA-F]{4}-[0-9a-fA-F]{4}-[0-9a-fA-F]{4}-[0-9a-fA-F]{12}$")
 NAME_RE = re.compile(r"^[A-Za-z_][A-Za-z0-9_]*$")
 OP_RE = re.compile(r"^  (\S+(?:<\w+>)?) (\w+)\(([^)]*)\)\s*(?:#\s*(.*))?$")
@@ -44,7 +44,7 @@ class Type:
 
     @property
     def is_scalar(self):
-        return self.kind in SCALARS or self.kind == "enum"
+        return self.kind in SCALARS
 
 
 @dataclass(frozen=True)
@@ -119,12 +119,8 @@ def parse_type(text, where):
         if not INTERFACE_RE.match(elem):
             raise CatalogueError(f"{where}: bad element interface {elem!r}")
         return Type("vector", fam, elem)
-    if text == "void":
-        return Type("void")
-    if text in SCALARS:
+    if text in OPERATION_WORDS:
         return Type(text)
-    if text == "text":
-        return Type("text")
     if ENUM_RE.match(text):
         return Type("enum", text)
     if text in families.OBJECT_FAMILIES:
@@ -206,7 +202,22 @@ def parse_interface(line, where, group):
     return Interface(name, iid, root, group, remote)
 
 
-def load(directory, group_names):
+# The events file, events.api, is read apart (events.py); its interfaces
+# make the last group, of that name.
+EVENTS_GROUP = "events"
+
+
+def groups_in(directory):
+    """The interface groups of a catalogue directory, by name: one per
+    <group>.api or <group>-<part>.api, the events file apart."""
+    names = {path.stem.split("-", 1)[0] for path in Path(directory).glob("*.api")}
+    return sorted(names - {EVENTS_GROUP})
+
+
+def load(directory, group_names=None):
+    """The interfaces of a catalogue directory's groups (all of them unless named)."""
+    if group_names is None:
+        group_names = groups_in(directory)
     interfaces = {}
     for group in group_names:
         # A large group may be kept in parts: <group>-<part>.api, read in name order.
