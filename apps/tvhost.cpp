@@ -17,8 +17,8 @@
 
 #include "UI_App/GuiApp.h"
 #include "listening.h"
-#include "sim/library_loader.h"
-#include "sim/main_loop.h"
+#include "shell/library_loader.h"
+#include "shell/main_loop.h"
 #include "sim/sim.h"
 #include "tvSys2/entry_points.h"
 #include "tvhost_options.h"
@@ -129,7 +129,7 @@ int main(int argc, char** argv) {
 
     std::signal(SIGINT, RequestStop);
     std::signal(SIGTERM, RequestStop);
-    tvsim::MainLoop loop;
+    tvshell::MainLoop loop;
     // Stop waits for the server thread, which may be waiting for this main
     // loop to run a call: the loop keeps running until the stop is through.
     std::thread stopper([&] {

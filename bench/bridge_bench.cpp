@@ -26,10 +26,10 @@
 #include "bridge/handle_registry.h"
 #include "bridge/socket_stream.h"
 #include "loopback.h"
-#include "sim/library_loader.h"
+#include "shell/library_loader.h"
 #include "tvEventsBus/EventsBus.h"
 #include "tvSys2/entry_points.h"
-#include "tvapi/standin.h"
+#include "tvapi/accessor_setters.h"
 
 namespace {
 

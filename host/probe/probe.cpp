@@ -1,6 +1,6 @@
 #include "probe/probe.h"
 
-#include "tvapi/standin.h"
+#include "tvapi/accessor_setters.h"
 
 #include <cstring>
 #include <mutex>

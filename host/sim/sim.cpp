@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <string>
 
-#include "sim/application.h"
-#include "sim/standin.h"
-#include "sim/text.h"
-#include "tvapi/standin.h"
+#include "sim/headless_state.h"
+#include "sim/model/application/application.h"
+#include "sim/support/text.h"
+#include "tvapi/accessor_setters.h"
 
 namespace {
 tvsim::Application* running = nullptr;

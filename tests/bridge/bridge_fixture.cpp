@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "UI_App/GuiApp.h"
-#include "sim/library_loader.h"
+#include "shell/library_loader.h"
 
 #if defined(_WIN32)
 #include <io.h>

@@ -12,7 +12,7 @@
 #include <thread>
 
 #include "bridge/asio.h"
-#include "sim/main_loop.h"
+#include "shell/main_loop.h"
 #include "tvSys2/entry_points.h"
 
 namespace bridge_test {
@@ -64,7 +64,7 @@ protected:
     tvapic::ITvAPICEntry* entry() { return tvsys2_standin::RegisteredEntry(); }
 
     std::uint16_t port_ = 0;
-    tvsim::MainLoop loop_;
+    tvshell::MainLoop loop_;
     std::thread main_thread_;
 };
 

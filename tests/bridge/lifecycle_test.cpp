@@ -15,7 +15,7 @@ namespace asio = boost::asio;
 // The host's main thread, for the calls the server hands over (a probe
 // connection is one: an empty name).
 struct MainThread {
-    tvsim::MainLoop loop;
+    tvshell::MainLoop loop;
     std::thread thread{[this] { loop.Run(); }};
     ~MainThread() {
         loop.Quit();

@@ -6,7 +6,7 @@
 #include <string>
 #include <thread>
 
-#include "sim/library_loader.h"
+#include "shell/library_loader.h"
 #include "tvSys2/entry_points.h"
 
 int main(int argc, char** argv) {

@@ -7,7 +7,7 @@
 
 #include "UI_App/GuiApp.h"
 #include "bridge/asio.h"
-#include "sim/library_loader.h"
+#include "shell/library_loader.h"
 #include "tvSys2/entry_points.h"
 
 namespace asio = boost::asio;

@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <random>
 #include <string>
 #include <utility>
@@ -19,8 +19,7 @@
 
 namespace sim_test {
 
-// Text of the library's unit (wchar_t on Windows, char16_t elsewhere);
-// literals are written TVAPIC_TEXT("...").
+// Text of the library's unit; literals are written TVAPIC_TEXT("...").
 using Text = std::basic_string<tvWChar>;
 
 // A returned text as a string; the block is freed.
@@ -31,45 +30,17 @@ inline Text Take(tvWChar* text) {
     return s;
 }
 
-// A borrowed text (a vector's element) as a string.
-inline Text Borrowed(const tvWChar* text) { return text ? Text(text) : TVAPIC_TEXT("(null)"); }
-
 // One reference on a handle, given back when it goes.
-class Handle {
-public:
-    Handle() = default;
-    explicit Handle(void* h) : h_(h) {}
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-    Handle(Handle&& o) noexcept : h_(std::exchange(o.h_, nullptr)) {}
-    Handle& operator=(Handle&& o) noexcept {
-        std::swap(h_, o.h_);
-        return *this;
-    }
-    ~Handle() {
-        if (h_) IAPIObject_Release(h_);
-    }
-    void* get() const { return h_; }
-    explicit operator bool() const { return h_ != nullptr; }
-
-private:
-    void* h_ = nullptr;
+struct Release {
+    void operator()(void* handle) const { IAPIObject_Release(handle); }
 };
+using Handle = std::unique_ptr<void, Release>;
 
 // The references the host counts on a handle's object.
 inline int Refs(void* handle) {
     int count = IAPIObject_AddRef(handle);
     IAPIObject_Release(handle);
     return count - 1;
-}
-
-// A returned object vector's elements, each with its reference; the vector goes.
-inline std::vector<Handle> TakeAll(ObjectReferenceVector_t* vector) {
-    std::vector<Handle> all;
-    if (!vector) return all;
-    for (uint64_t i = 0; i < vector->size; ++i) all.emplace_back(vector->data[i]);
-    ObjectReferenceVector_Delete(vector);
-    return all;
 }
 
 // An argument list of borrowed handles.
@@ -80,8 +51,6 @@ public:
         for (void* h : handles) ObjectReferenceVector_Set(v_, i++, h);
     }
     ~List() { ObjectReferenceVector_Delete(v_); }
-    List(const List&) = delete;
-    List& operator=(const List&) = delete;
     ObjectReferenceVector_t* get() const { return v_; }
 
 private:
@@ -106,7 +75,6 @@ protected:
     }
 
     void* documents() const { return documents_.get(); }
-
     const std::filesystem::path& folder() const { return folder_; }
     // A path in the test's own folder, as text.
     Text PathTo(const std::string& name) const { return (folder_ / name).string<tvWChar>(); }

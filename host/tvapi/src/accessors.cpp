@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "tvapi/standin.h"
+#include "tvapi/accessor_setters.h"
 
 namespace {
 

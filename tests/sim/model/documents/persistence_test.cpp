@@ -1,0 +1,115 @@
+// Documents on disk: what Save and SaveAs write, Open reads back (the round
+// trip the demonstrations and the Python client make), the file format as a
+// reader may rely on it, recover mode, and saves refused rather than lossy.
+#include "sim_fixture.h"
+
+namespace sim_test {
+namespace {
+
+using Persistence = SimTest;
+
+// A non-BMP character, an unpaired surrogate, a control character, quotes and escapes.
+const tvWChar kAuthor[] = {0x1F0, 0xD834, 0xDD1E, 0xD800, 0x01, '"', '\\', '\n', 0};
+
+TEST_F(Persistence, SaveAsCloseAndOpenReadTheSameDrawingBack) {
+    Text path = PathTo("plate.tvd");
+    double created = 0;
+    {
+        Handle drawing = NewDrawing();
+        ITavraDocument_SetAuthor(drawing.get(), kAuthor);
+        created = ITavraDocument_GetCreationDate(drawing.get());
+        Sheet s = SheetOf(drawing.get());
+        Handle a = AddSegment(s.segments.get(), 0.1, 1e-300, -2.5e7, 1.0 / 3);
+        Handle detail(IViews_Add(s.views.get(), 1));
+        IView_SetScale(detail.get(), 2.5);
+        IView_SetCurrent(detail.get(), 1);
+        Handle width(ITavraDocument2D_AddVariable(drawing.get(), TVAPIC_TEXT("width"), 12, nullptr));
+        Handle area(ITavraDocument2D_AddVariable(drawing.get(), TVAPIC_TEXT("area"), 0, TVAPIC_TEXT("width * 2")));
+
+        EXPECT_TRUE(ITavraDocument_SaveAs(drawing.get(), path.c_str()));
+        EXPECT_FALSE(ITavraDocument_IsChanged(drawing.get()));
+        EXPECT_TRUE(ITavraDocument_Close(drawing.get(), 0));
+    }
+    Handle opened(IDocuments_Open(documents(), path.c_str(), 1, 0));
+    ASSERT_TRUE(opened);
+    EXPECT_EQ(Take(ITavraDocument_GetAuthor(opened.get())), kAuthor);
+    EXPECT_EQ(ITavraDocument_GetCreationDate(opened.get()), created);
+    EXPECT_FALSE(ITavraDocument_IsChanged(opened.get()));
+
+    Sheet s = SheetOf(opened.get());
+    EXPECT_EQ(IView_GetScale(s.view.get()), 2.5);  // the active view is kept
+    Handle sheet(IViews_GetViewByNumber(s.views.get(), 1));
+    Handle sheet_segments(IDrawingContainer_GetLineSegments(sheet.get()));
+    Handle a(ILineSegments_GetLineSegment(sheet_segments.get(), 0));
+    ASSERT_TRUE(a);
+    EXPECT_EQ(ILineSegment_GetX1(a.get()), 0.1);  // every number exactly
+    EXPECT_EQ(ILineSegment_GetY1(a.get()), 1e-300);
+    EXPECT_EQ(ILineSegment_GetX2(a.get()), -2.5e7);
+    EXPECT_EQ(ILineSegment_GetY2(a.get()), 1.0 / 3);
+    Handle area(ITavraDocument2D_GetVariableByName(opened.get(), 0, TVAPIC_TEXT("area")));
+    EXPECT_EQ(IVariable_GetValue(area.get()), 24);
+    EXPECT_EQ(Take(IVariable_GetExpression(area.get())), TVAPIC_TEXT("width * 2"));
+}
+
+// The format by hand: the records a reader may rely on.
+const char kHandWritten[] =
+    "tvsim-document 1\n"
+    "type 2\n"
+    "author \"R\\u00e9my\"\n"
+    "load-combination \"Dead\"\n"
+    "load-combination \"Wind\"\n"
+    "active-combination 1\n"
+    "view 1 0 \"Sheet\" \"\" 0 0 1 0 0 1 1 0\n"
+    "segment 7 0 0 3 4 0 0 0 0 0 0 0 0 \"\"\n"
+    "end\n";
+
+TEST_F(Persistence, AHandWrittenFileOpensWithItsLoadCombinationsAndRecoverModeSkipsWhatDoesNotRead) {
+    std::string crlf;  // lines ending in CR LF read the same
+    for (char c : std::string(kHandWritten)) crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    WriteFile("fragment.tvd", crlf);
+    Text path = PathTo("fragment.tvd");
+    EXPECT_EQ(IDocuments_OpenByLoadCombinationName(documents(), path.c_str(), 1, 0, TVAPIC_TEXT("Snow")), nullptr);
+    Handle fragment(IDocuments_OpenByLoadCombinationName(documents(), path.c_str(), 1, 0, TVAPIC_TEXT("Dead")));
+    ASSERT_TRUE(fragment);
+    EXPECT_EQ(ITavraDocument_GetDocumentType(fragment.get()), 2);
+    EXPECT_EQ(Take(ITavraDocument_GetAuthor(fragment.get())), TVAPIC_TEXT("Rémy"));
+    Sheet s = SheetOf(fragment.get());
+    Handle segment(ILineSegments_GetLineSegment(s.segments.get(), 0));
+    EXPECT_EQ(ILineSegment_GetLength(segment.get()), 5);
+    EXPECT_EQ(IDrawingObject_GetId(segment.get()), 7);
+
+    // A record that does not read fails the file, unless recover mode skips it.
+    std::string damaged = kHandWritten;
+    WriteFile("damaged.tvd", damaged.replace(damaged.find("segment 7 0 0 3"), 15, "segment 7 0 0 x"));
+    EXPECT_EQ(IDocuments_Open(documents(), PathTo("damaged.tvd").c_str(), 1, 0), nullptr);
+    EXPECT_EQ(IDocuments_GetRecoverError(documents()), 3);
+    IDocuments_SetRecoverMode(documents(), 1);
+    Handle recovered(IDocuments_Open(documents(), PathTo("damaged.tvd").c_str(), 1, 0));
+    EXPECT_EQ(Take(ITavraDocument_GetAuthor(recovered.get())), TVAPIC_TEXT("Rémy"));
+}
+
+TEST_F(Persistence, SavingRefusesWhatWouldLoseWorkAndDeleteTakesTheFile) {
+    Handle drawing = NewDrawing();
+    ITavraDocument_SetAuthor(drawing.get(), TVAPIC_TEXT("A"));
+    EXPECT_FALSE(ITavraDocument_Save(drawing.get()));  // no file yet
+    EXPECT_FALSE(ITavraDocument_Close(drawing.get(), 1));
+    EXPECT_TRUE(ITavraDocument_IsActive(drawing.get()));  // still open
+
+    Text first = PathTo("first.tvd");
+    ASSERT_TRUE(ITavraDocument_SaveAs(drawing.get(), first.c_str()));
+    Handle second = NewDrawing();
+    EXPECT_FALSE(ITavraDocument_SaveAs(second.get(), first.c_str()));  // another document's file
+
+    // A read-only document keeps its file as it is.
+    ASSERT_TRUE(ITavraDocument_Close(drawing.get(), 0));
+    std::string before = ReadFile("first.tvd");
+    Handle read_only(IDocuments_Open(documents(), first.c_str(), 1, 1));
+    ITavraDocument_SetAuthor(read_only.get(), TVAPIC_TEXT("B"));
+    EXPECT_FALSE(ITavraDocument_Save(read_only.get()));
+    EXPECT_EQ(ReadFile("first.tvd"), before);
+    EXPECT_TRUE(ITavraDocument_Delete(read_only.get()));  // the file, then the document
+    EXPECT_FALSE(Exists("first.tvd"));
+}
+
+}  // namespace
+}  // namespace sim_test
