@@ -9,14 +9,14 @@
 #include <string>
 #include <vector>
 
-#include "bridge/name_table.h"
+#include "server/name_table.h"
 
 namespace {
 
-using tvapic::bridge::FindName;
-using tvapic::bridge::kNameTable;
-using tvapic::bridge::NameEntry;
-using tvapic::bridge::kNameTableSize;
+using tvapic::server::FindName;
+using tvapic::server::kNameTable;
+using tvapic::server::NameEntry;
+using tvapic::server::kNameTableSize;
 
 // The names as the server holds them after reading a request.
 const std::vector<std::string>& Names() {

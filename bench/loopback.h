@@ -1,4 +1,4 @@
-// Loopback pieces of the bridge benchmark: a client making one call per
+// Loopback pieces of the API Server benchmark: a client making one call per
 // connection, and the bare server the library's server is measured against.
 #pragma once
 

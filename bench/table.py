@@ -101,8 +101,8 @@ def main():
     paired("object vector argument  (query + AddRef loop)", "convert/object_argument", ("<=", 1.5))
     paired("object vector result    (AddRef + query loop)", "convert/object_result", ("<=", 1.5))
 
-    section("3. Bridge: IDrawingObject_GetLayerNumber, one call per connection / bare Asio server")
-    b = "bridge/get_layer_number"
+    section("3. API Server: IDrawingObject_GetLayerNumber, one call per connection / bare Asio server")
+    b = "server/get_layer_number"
     lib_cps, bare_cps, r = f.get(b, "library_calls_per_s"), f.get(b, "bare_calls_per_s"), f.get(b, "ratio")
     rows.append(("calls per second", f"{lib_cps:,.0f}/s" if lib_cps else "-", f"{bare_cps:,.0f}/s" if bare_cps else "-",
                  ratio_text(r), ">= 0.9x", verdict(r, (">=", 0.9))))

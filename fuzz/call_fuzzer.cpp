@@ -9,8 +9,8 @@
 #include <string_view>
 #include <variant>
 
-#include "bridge/call.h"
-#include "bridge/decoder.h"
+#include "server/call.h"
+#include "server/decoder.h"
 #include "sim/sim.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace tvapic::bridge;
+    using namespace tvapic::server;
     Decoded decoded = Decode(std::string_view(reinterpret_cast<const char*>(data), size));
     auto* request = std::get_if<Request>(&decoded);
     if (!request || !request->function) return 0;

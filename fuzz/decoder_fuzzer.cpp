@@ -7,10 +7,10 @@
 #include <string_view>
 #include <variant>
 
-#include "bridge/decoder.h"
+#include "server/decoder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace tvapic::bridge;
+    using namespace tvapic::server;
     Decoded decoded = Decode(std::string_view(reinterpret_cast<const char*>(data), size));
     if (const auto* need = std::get_if<NeedBytes>(&decoded)) {
         if (need->total <= size) __builtin_trap();

@@ -2,8 +2,8 @@
 
 #include <new>
 
-#include "bridge/main_thread.h"
-#include "bridge/server.h"
+#include "server/main_thread.h"
+#include "server/server.h"
 
 namespace tvapic {
 
@@ -11,10 +11,10 @@ namespace tvapic {
 // the library stays loaded, so that an unload cannot pull the code from
 // under the thread.
 void TvAPICEntry::Start(std::uint16_t port) {
-    if (bridge::Server::Instance().Start(port)) KeepLibraryLoaded();
+    if (server::Server::Instance().Start(port)) KeepLibraryLoaded();
 }
-void TvAPICEntry::Stop() { bridge::Server::Instance().Stop(); }
-void TvAPICEntry::Run(std::int64_t posted) { bridge::RunPostedCall(posted); }
+void TvAPICEntry::Stop() { server::Server::Instance().Stop(); }
+void TvAPICEntry::Run(std::int64_t posted) { server::RunPostedCall(posted); }
 
 // The library keeps no pointer of its own to the entry object, and does not
 // delete it on unload: it belongs to the host from registration on. A failed

@@ -3,7 +3,7 @@
 when an emitter of the generator imports another emitter.
 
 The library's folders stack one way: core, then containers, then frame, then
-the three that use the frame (the API Server in bridge/, the events, and the
+the three that use the frame (the API Server in server/, the events, and the
 generated exports, which live in the build tree), then the entry that starts
 them. A folder may include its own headers and those of any folder below it;
 folders on one level do not include each other.
@@ -16,7 +16,7 @@ import pathlib
 import re
 import sys
 
-LEVEL = {"core": 0, "containers": 1, "frame": 2, "bridge": 3, "events": 3, "entry": 4}
+LEVEL = {"core": 0, "containers": 1, "frame": 2, "server": 3, "events": 3, "entry": 4}
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([a-z_]+)/[^"]+"', re.M)
 
 

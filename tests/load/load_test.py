@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """The API Server under load and faults: a tvhost of its own, warmed up, then
-the load tool (tools/bridge_load) against it. No wrong and no lost answers;
+the load tool (tools/server_load) against it. No wrong and no lost answers;
 the server still serves, its resident memory grew by no more than the bound,
 and it stops on its signal having written nothing but its own reports.
 
@@ -45,7 +45,7 @@ def start_tvhost(command, stderr, scratch):
     # Under the sanitizers, leaks are not checked in tvhost: what remote calls
     # leave with the clients is a leak by the protocol's rules, and tvhost
     # unloads the library before it exits, so its frames can no longer be
-    # named, nor suppressed. The fuzzer checks the bridge for leaks in process.
+    # named, nor suppressed. The fuzzer checks the API Server for leaks in process.
     env = dict(os.environ, ASAN_OPTIONS=os.environ.get("ASAN_OPTIONS", "") + ":detect_leaks=0")
     # Relative names resolve against the application's current directory, which starts at the files root.
     proc = subprocess.Popen([*command, "--port", "0", "--files", scratch], stdout=subprocess.PIPE, stderr=stderr,
@@ -99,7 +99,7 @@ def main():
             load = run_load(load_tool, port, ["--calls", str(args.calls)])
             report = REPORT.search(load.stdout)
             if load.returncode != 0 or not report:
-                failures.append(f"bridge_load exited with {load.returncode}")
+                failures.append(f"server_load exited with {load.returncode}")
             elif report[3] != "0" or report[4] != "0" or report[1] != report[2]:
                 failures.append(f"wrong or lost answers: {report[0]}")
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "UI_App/GuiApp.h"
-#include "bridge/asio.h"
+#include "server/asio.h"
 #include "shell/library_loader.h"
 #include "tvSys2/entry_points.h"
 

@@ -8,11 +8,11 @@
 #include <string>
 #include <variant>
 
-#include "bridge/connection.h"
-#include "bridge/decoder.h"
-#include "bridge/memory_stream.h"
+#include "server/connection.h"
+#include "server/decoder.h"
+#include "server/memory_stream.h"
 
-namespace tvapic::bridge {
+namespace tvapic::server {
 namespace {
 
 template <class T>
@@ -152,4 +152,4 @@ TEST(ReadRequest, ADeclaredLengthIsReadInPiecesAsItArrives) {
 }
 
 }  // namespace
-}  // namespace tvapic::bridge
+}  // namespace tvapic::server

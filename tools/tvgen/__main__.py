@@ -16,7 +16,7 @@ from pathlib import Path
 
 from . import model as model_mod
 from . import protocol_doc, stats
-from . import emit_bridge, emit_events, emit_exports, emit_header, emit_probes, emit_py_remote, emit_sim, emit_sweep
+from . import emit_server, emit_events, emit_exports, emit_header, emit_probes, emit_py_remote, emit_sim, emit_sweep
 from . import emit_apidoc, emit_pynative, emit_pyobjects, emit_stubs, emit_tvapi
 from . import emit_csharp_native, emit_csharp_objects, emit_csharp_remote, emit_json
 
@@ -37,8 +37,8 @@ def outputs(model):
             files[f"probe/{group}_{n}.cpp"] = lambda g=group, p=part: emit_probes.emit_chunk(model, g, model.plain(p))
             files[f"sweep/{group}_{n}.cpp"] = lambda g=group, p=part, k=n: emit_sweep.emit_chunk(model, g, p, k)
     files["probe/registry.cpp"] = lambda: emit_probes.emit_registry(model)
-    files["bridge/handlers.cpp"] = lambda: emit_bridge.emit_handlers(model)
-    files["bridge/wire_signatures.h"] = lambda: emit_bridge.emit_signature_table(model)
+    files["server/handlers.cpp"] = lambda: emit_server.emit_handlers(model)
+    files["server/wire_signatures.h"] = lambda: emit_server.emit_signature_table(model)
     files["python/tvapic/_remote.py"] = lambda: emit_py_remote.emit(model)
     files["python/tvapic/_native.py"] = lambda: emit_pynative.emit(model)
     files["python/tvapic/_objects.py"] = lambda: emit_pyobjects.emit(model)

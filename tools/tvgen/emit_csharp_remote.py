@@ -1,5 +1,5 @@
 """Emits the methods of TvApic.Remote.Client (dotnet/Remote.g.cs): one per
-remotable function, from the wire signatures the bridge's handlers are
+remotable function, from the wire signatures the API Server's handlers are
 generated with."""
 
 from .model.csharp import HEADER, csharp_type, ident

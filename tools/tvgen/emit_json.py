@@ -2,7 +2,7 @@
 bindings in any language (docs/catalogue-json.md gives the schema).
 
 Everything here is read from the model; the wire signatures are those the
-bridge's handlers are generated with, so that the data says exactly what the
+API Server's handlers are generated with, so that the data says exactly what the
 server reads and writes.
 """
 

@@ -27,7 +27,7 @@ def kinds(cell):
 
 
 def tables(model):
-    """The function tables, one per interface, in the bridge's order."""
+    """The function tables, one per interface, in the API Server's order."""
     out = []
     current = None
     for op in model.remotable():

@@ -75,7 +75,7 @@ class Interface:
     iid: str | None          # None for rooted interfaces
     root: str | None         # "application", "service" or None
     group: str
-    remote: bool = False     # every operation can be called over the remote call bridge
+    remote: bool = False     # every operation can be called over the API Server
     ops: list = field(default_factory=list)
 
 

@@ -12,7 +12,7 @@ reads it from this table. Outside the generator: the frame's conversions, an
 `Arg` in src/frame/args.h and a `Result` in src/frame/results.h (arithmetic
 host types already have theirs); the sweep's `kind::<sweep>` in tests/sweep;
 and the bindings' runtimes, which convert values by kind (clients/python/tvapic,
-clients/dotnet). A new wire kind also needs its decoder in src/bridge.
+clients/dotnet). A new wire kind also needs its decoder in src/server.
 """
 
 from dataclasses import dataclass

@@ -1,0 +1,132 @@
+// The API Server's lifecycle through the entry object. Every test runs in a
+// process of its own: the server runs once per library lifetime.
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include "UI_App/GuiApp.h"
+#include "server/server_fixture.h"
+
+namespace server_test {
+namespace {
+
+namespace asio = boost::asio;
+
+// The host's main thread, for the calls the server hands over (a probe
+// connection is one: an empty name).
+struct MainThread {
+    tvshell::MainLoop loop;
+    std::thread thread{[this] { loop.Run(); }};
+    ~MainThread() {
+        loop.Quit();
+        thread.join();
+    }
+};
+
+// Starts the server on a free port, the host answering "no" (use the port
+// given); the port, or 0 when nothing came to serve it.
+std::uint16_t StartOnFreePort(tvapic::ITvAPICEntry* entry) {
+    std::uint16_t port = FreePort();
+    ui_app_standin::SetUseStartPort(false);
+    entry->Start(port);
+    return WaitUntilServing(port) ? port : 0;
+}
+
+TEST(Lifecycle, PortZeroWithANoStartsNothingAndStopReturns) {
+    tvapic::ITvAPICEntry* entry = LoadedEntry();
+    ASSERT_NE(entry, nullptr);
+    ui_app_standin::SetUseStartPort(false);
+    entry->Start(0);
+    entry->Stop();  // nothing runs: returns at once, raises nothing
+    SUCCEED();
+}
+
+TEST(Lifecycle, StopWithoutStartReturns) {
+    tvapic::ITvAPICEntry* entry = LoadedEntry();
+    ASSERT_NE(entry, nullptr);
+    EXPECT_NO_THROW(entry->Stop());
+}
+
+TEST(Lifecycle, StopEndsTheServerAndFreesThePort) {
+    MainThread main_thread;
+    tvapic::ITvAPICEntry* entry = LoadedEntry();
+    ASSERT_NE(entry, nullptr);
+    std::uint16_t port = StartOnFreePort(entry);
+    ASSERT_NE(port, 0);
+    entry->Stop();
+    EXPECT_FALSE(Listening(port));
+    asio::io_context io;
+    EXPECT_NO_THROW(asio::ip::tcp::acceptor(io, asio::ip::tcp::endpoint(asio::ip::address_v4::any(), port)));
+}
+
+// The one-shot lifecycle: a "yes" answer restarts on the stored port, but the
+// new thread ends at its first accept without serving it, and the next stop
+// finds nobody to wake.
+TEST(Lifecycle, ARestartAnswersOneConnectionWithNothingAndEnds) {
+    MainThread main_thread;
+    tvapic::ITvAPICEntry* entry = LoadedEntry();
+    ASSERT_NE(entry, nullptr);
+    std::uint16_t port = StartOnFreePort(entry);
+    ASSERT_NE(port, 0);
+    entry->Stop();
+
+    ui_app_standin::SetUseStartPort(true);  // "yes": the given 0 is ignored
+    entry->Start(0);
+    // Its first accept ends the thread, whatever the connection asks. The
+    // thread binds on its own time: retry until it accepts.
+    std::string response = "not served";
+    for (int i = 0; i < 200 && response == "not served"; ++i) {
+        try {
+            response = Call(port, Name("IApplication_Quit"));
+        } catch (const boost::system::system_error&) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+    }
+    EXPECT_EQ(response, "");
+    for (int i = 0; i < 200 && Listening(port); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    try {
+        entry->Stop();
+        ADD_FAILURE() << "stop after the restart's end must fail to connect";
+    } catch (const boost::system::system_error& e) {
+        EXPECT_EQ(std::string(e.what()).rfind("connect", 0), 0u) << e.what();
+    }
+}
+
+// A port someone else holds: the server says so and does not run; the
+// application lives on, and the stop leaves the holder alone.
+TEST(Lifecycle, APortAlreadyInUseIsReportedAndTheStopReturns) {
+    tvapic::ITvAPICEntry* entry = LoadedEntry();
+    ASSERT_NE(entry, nullptr);
+    asio::io_context io;
+    asio::ip::tcp::acceptor holder(io, asio::ip::tcp::endpoint(asio::ip::address_v4::any(), 0));
+    std::uint16_t port = holder.local_endpoint().port();
+    StderrCapture errors;
+    ui_app_standin::SetUseStartPort(false);
+    entry->Start(port);
+    for (int i = 0; i < 200 && errors.Text().empty(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    // One line, in the system's words ("bind: Address already in use" on Linux).
+    std::string report = errors.Text();
+    EXPECT_EQ(report.rfind("API Server: bind: ", 0), 0u) << report;
+    EXPECT_EQ(std::count(report.begin(), report.end(), '\n'), 1) << report;
+    EXPECT_NO_THROW(entry->Stop());
+    holder.non_blocking(true);
+    asio::ip::tcp::socket nobody(io);
+    boost::system::error_code none;
+    holder.accept(nobody, none);
+    EXPECT_EQ(none, asio::error::would_block) << "the stop connected to the port's holder";
+}
+
+TEST(LifecycleDeathTest, ASecondStartWithoutStopEndsTheProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(
+        {
+            tvapic::ITvAPICEntry* entry = LoadedEntry();
+            ui_app_standin::SetUseStartPort(false);
+            entry->Start(FreePort());
+            entry->Start(FreePort());
+        },
+        "");
+}
+
+}  // namespace
+}  // namespace server_test

@@ -1,0 +1,134 @@
+#include "server/server_fixture.h"
+
+#include <chrono>
+#include <cstring>
+
+#include "UI_App/GuiApp.h"
+#include "shell/library_loader.h"
+
+#if defined(_WIN32)
+#include <io.h>
+#define dup _dup
+#define dup2 _dup2
+#define fileno _fileno
+#define close _close
+#else
+#include <unistd.h>
+#endif
+
+namespace server_test {
+
+namespace asio = boost::asio;
+using asio::ip::tcp;
+
+std::uint16_t FreePort() {
+    asio::io_context io;
+    tcp::acceptor probe(io, tcp::endpoint(asio::ip::address_v4::loopback(), 0));
+    return probe.local_endpoint().port();
+}
+
+std::string Call(std::uint16_t port, const std::string& request) {
+    asio::io_context io;
+    tcp::socket socket(io);
+    socket.connect(tcp::endpoint(asio::ip::make_address_v4("127.0.0.1"), port));
+    // The server may close before taking every byte (a name it does not
+    // know, a stopping server): what it answers is read all the same.
+    boost::system::error_code ignored;
+    asio::write(socket, asio::buffer(request), ignored);
+    // Nothing more will come: a request cut short then ends in a read error.
+    socket.shutdown(tcp::socket::shutdown_send, ignored);
+    std::string response;
+    char buffer[4096];
+    for (;;) {
+        boost::system::error_code error;
+        std::size_t n = socket.read_some(asio::buffer(buffer), error);
+        response.append(buffer, n);
+        if (error) break;  // end of stream, or a reset after the response
+    }
+    return response;
+}
+
+template <class T>
+static std::string Bytes(T v) {
+    std::string out(sizeof v, '\0');
+    std::memcpy(out.data(), &v, sizeof v);
+    return out;
+}
+
+std::string U64(std::uint64_t v) { return Bytes(v); }
+std::string I32(std::int32_t v) { return Bytes(v); }
+std::string F64(double v) { return Bytes(v); }
+std::string Text(const std::string& utf8) { return U64(utf8.size()) + utf8; }
+
+StderrCapture::StderrCapture() : file_(std::tmpfile()) {
+    std::fflush(stderr);
+    saved_ = dup(fileno(stderr));
+    dup2(fileno(file_), fileno(stderr));
+}
+
+StderrCapture::~StderrCapture() {
+    std::fflush(stderr);
+    dup2(saved_, fileno(stderr));
+    close(saved_);
+    std::fclose(file_);
+}
+
+std::string StderrCapture::Text() {
+    std::fflush(stderr);
+    std::string out;
+    std::rewind(file_);
+    char buffer[512];
+    while (std::size_t n = std::fread(buffer, 1, sizeof buffer, file_)) out.append(buffer, n);
+    return out;
+}
+
+tvapic::ITvAPICEntry* LoadedEntry() {
+    // Loaded as the application loads it, once per test process.
+    static LoadedLibrary library = [] {
+        std::string error;
+        LoadedLibrary loaded = LoadLibraryAt(TVAPIC_LIBRARY_PATH, error);
+        if (!loaded) std::fprintf(stderr, "cannot load %s: %s\n", TVAPIC_LIBRARY_PATH, error.c_str());
+        return loaded;
+    }();
+    return library ? tvsys2_standin::RegisteredEntry() : nullptr;
+}
+
+bool Listening(std::uint16_t port) {
+    asio::io_context io;
+    tcp::socket probe(io);
+    boost::system::error_code error;
+    probe.connect(tcp::endpoint(asio::ip::make_address_v4("127.0.0.1"), port), error);
+    // A connection to a free port of the ephemeral range can meet itself
+    // (TCP simultaneous open): that is nobody listening.
+    return !error && probe.local_endpoint(error) != probe.remote_endpoint(error);
+}
+
+bool WaitUntilServing(std::uint16_t port) {
+    for (int attempt = 0; attempt < 200; ++attempt) {
+        try {
+            // An empty name matches nothing: a served call answers nothing
+            // (a connection that met itself would echo the request).
+            if (Call(port, U64(0)).empty()) return true;
+        } catch (const boost::system::system_error&) {
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+}
+
+void ServerTest::SetUp() {
+    ASSERT_NE(LoadedEntry(), nullptr);
+    port_ = FreePort();
+    ui_app_standin::SetUseStartPort(false);  // "no": the given port is used
+    entry()->Start(port_);
+    main_thread_ = std::thread([this] { loop_.Run(); });
+    ASSERT_TRUE(WaitUntilServing(port_)) << "the API Server did not start";
+}
+
+void ServerTest::TearDown() {
+    entry()->Stop();
+    loop_.Quit();
+    main_thread_.join();
+}
+
+}  // namespace server_test
