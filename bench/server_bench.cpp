@@ -1,4 +1,4 @@
-// the API Server over loopback: IDrawingObject_GetLayerNumber, one
+// The API Server over loopback: IDrawingObject_GetLayerNumber, one
 // call per connection, a client calling back to back so the server is never
 // idle for long, against the bare server (loopback.h) in the same run.
 //
