@@ -34,16 +34,6 @@ class EventSink {
 public:
     const std::vector<Registration>& registrations() const { return registrations_; }
 
-    // The handlers of `event`, in registration order.
-    template <class Handler>
-    std::vector<Handler> Handlers(const std::string& event) const {
-        std::vector<Handler> out;
-        for (const Registration& r : registrations_) {
-            if (r.event == event) out.push_back(std::any_cast<Handler>(r.handler));
-        }
-        return out;
-    }
-
     // Raises `event`: each of its handlers is called in registration order
     // with `args`, which are passed on as they are, so that in/out arguments
     // carry what one handler wrote to the next and back to the caller.
@@ -52,7 +42,9 @@ public:
     auto Raise(const std::string& event, A&&... args) const {
         using R = typename Handler::result_type;
         std::vector<std::conditional_t<std::is_void_v<R>, int, R>> results;
-        for (const Handler& h : Handlers<Handler>(event)) {
+        for (const Registration& r : std::vector<Registration>(registrations_)) {  // a handler may register more
+            if (r.event != event) continue;
+            const Handler& h = std::any_cast<const Handler&>(r.handler);
             if constexpr (std::is_void_v<R>) {
                 h(args...);
                 results.push_back(0);

@@ -76,11 +76,13 @@ Object* Object::Owning(const void* face) {
 }
 
 int Object::AddRef() {
+    if (watch) watch("AddRef", nullptr);
     ++addrefs;
     return ++refs_;
 }
 
 int Object::Release() {
+    if (watch) watch("Release", nullptr);
     ++releases;
     int left = --refs_;
     if (left == 0) delete this;
@@ -90,7 +92,9 @@ int Object::Release() {
 void* Object::Query(const char* iid) {
     ++queries;
     auto it = by_iid_.find(iid);
-    return it == by_iid_.end() ? nullptr : it->second;
+    void* face = it == by_iid_.end() ? nullptr : it->second;
+    if (watch) watch("Query", iid);  // after the lookup: a watch may write on the text
+    return face;
 }
 
 void* Object::Face(const std::string& interface) const {

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <map>
 #include <memory>
@@ -100,6 +101,10 @@ public:
     int queries = 0;
     std::vector<Call> calls;
     Answers answers;
+    // Sees each AddRef, Release, query (with the IID text as given, once
+    // looked up) and host call, named by the operation, before it takes
+    // effect. It may throw, as a host may.
+    std::function<void(const std::string& what, const char* iid)> watch;
 
     // Records a call, writes out-parameters and in/out lists, and answers.
     template <class R, class... A>
@@ -201,6 +206,7 @@ void WriteOut(const Answers& a, T&& arg) {
 
 template <class R, class... A>
 R Object::On(const char* interface, const char* operation, A&&... args) {
+    if (watch) watch(operation, nullptr);
     calls.push_back(Call{interface, operation, {Describe(args)...}});
     (WriteOut(answers, args), ...);
     if constexpr (!std::is_void_v<R>) return Answer<R>(answers);

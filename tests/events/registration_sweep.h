@@ -37,11 +37,11 @@ std::vector<Case> AllCases();
 std::size_t RegistrationCount();
 
 // One call of a host handler with arguments of every kind in its signature.
-template <class Signature>
+template <class Handler>
 class Invocation;
 
 template <class R, class... A>
-class Invocation<R(A...)> {
+class Invocation<std::function<R(A...)>> {
 public:
     using CR = typename Answers<R>::C;
 
@@ -54,8 +54,7 @@ public:
         } else {
             for (const auto& [answer, expected] : Answers<R>::All()) {
                 answer_ = answer;
-                R got = Once(handler);
-                report_.Expect(got == expected, "the callback's answer reached the host changed");
+                report_.Expect(Once(handler) == expected, "the callback's answer reached the host changed");
             }
         }
     }
@@ -64,7 +63,7 @@ public:
     static CR Callback(typename Kind<A>::C... c) {
         Invocation* self = current_;
         ++self->calls_;
-        self->Receive(std::index_sequence_for<A...>{}, c...);
+        std::apply([&](auto&... k) { (k.Received(self->report_, c), ...); }, self->kinds_);
         if constexpr (!std::is_void_v<CR>) return self->answer_;
     }
 
@@ -72,31 +71,19 @@ private:
     template <std::size_t... N>
     Invocation(Report& report, std::index_sequence<N...>) : report_(report), kinds_(static_cast<int>(N)...) {}
 
-    template <std::size_t... N>
-    void Receive(std::index_sequence<N...>, typename Kind<A>::C... c) {
-        (std::get<N>(kinds_).Received(report_, c), ...);
-    }
-
     R Once(const std::function<R(A...)>& handler) {
         std::apply([](auto&... k) { (k.Before(), ...); }, kinds_);
         calls_ = 0;
         current_ = this;
         struct Done {
-            ~Done() { current_ = nullptr; }
-        } done;
-        if constexpr (std::is_void_v<R>) {
-            std::apply([&](auto&... k) { handler(k.host()...); }, kinds_);
-            Check();
-        } else {
-            R got = std::apply([&](auto&... k) { return handler(k.host()...); }, kinds_);
-            Check();
-            return got;
-        }
-    }
-
-    void Check() {
-        report_.Expect(calls_ == 1, "the callback ran " + std::to_string(calls_) + " times");
-        std::apply([&](auto&... k) { (k.After(report_), ...); }, kinds_);
+            Invocation* self;
+            ~Done() {
+                current_ = nullptr;
+                self->report_.Expect(self->calls_ == 1, "the callback ran " + std::to_string(self->calls_) + " times");
+                std::apply([&](auto&... k) { (k.After(self->report_), ...); }, self->kinds_);
+            }
+        } done{this};
+        return std::apply([&](auto&... k) { return handler(k.host()...); }, kinds_);
     }
 
     static inline Invocation* current_ = nullptr;
@@ -106,67 +93,45 @@ private:
     std::conditional_t<std::is_void_v<CR>, int, CR> answer_{};
 };
 
-template <class Handler>
-struct SignatureOf;
-template <class S>
-struct SignatureOf<std::function<S>> {
-    using type = S;
-};
-
-template <class Handler>
-using InvocationOf = Invocation<typename SignatureOf<Handler>::type>;
-
-std::string Key(const std::optional<tvapi::WString>& key);
-
 // The registrations a probe kept, as "event:key" ("event" when unkeyed).
 std::vector<std::string> Kept(const tvprobe::EventSink& sink);
 
 template <class Handler>
 void CheckHandlers(Report& r, const tvprobe::EventSink& sink, const std::vector<std::string>& expected) {
-    std::vector<std::string> kept = Kept(sink);
-    r.Expect(kept == expected, "kept registrations differ");
+    r.Expect(Kept(sink) == expected, "kept registrations differ");
     for (const auto& reg : sink.registrations()) {
         r.Expect(reg.handler.type() == typeid(Handler), "a handler of another type was kept");
     }
-    if (kept.empty()) return;
-    Invocation<typename SignatureOf<Handler>::type> call(r);
+    if (expected.empty()) return;
+    Invocation<Handler> call(r);
     call.Run(std::any_cast<Handler>(sink.registrations()[0].handler));
 }
 
-// A handle without the interface: asked once, and nothing else.
-void CheckForeign(Report& r, const std::function<void(void*)>& registration);
-// The probe's references after `registrations` registrations.
-void CheckBalanced(Report& r, tvprobe::Object& o, int registrations);
+// Calls `registration` with a null handle, a handle without the interface
+// (asked once, never referenced) and a probe `calls` times, after which the
+// probe's references must be where they were.
+void CheckCalls(Report& r, const char* interface, int calls, const std::function<void(void*, int)>& registration,
+                const std::function<void(tvprobe::Object&)>& kept);
 
 template <class I, class Handler, class Callback>
 Case Keyed(const char* interface, const char* event, void (*registration)(void*, const tvWChar*, Callback)) {
     return {std::string(interface) + "_" + event, [=](Report& r) {
-                Callback cb = &InvocationOf<Handler>::Callback;
-                registration(nullptr, TVAPIC_TEXT("key"), cb);
-                CheckForeign(r, [&](void* h) { registration(h, TVAPIC_TEXT("key"), cb); });
-                tvprobe::Object* o = tvprobe::Object::Create({interface});
-                registration(o->Handle(), TVAPIC_TEXT("key"), cb);
-                registration(o->Handle(), nullptr, cb);
-                registration(o->Handle(), TVAPIC_TEXT("key"), nullptr);
-                CheckBalanced(r, *o, 3);
-                std::string e(event);
-                CheckHandlers<Handler>(r, *tvprobe::SinkOf<I>(*o), {e + ":key", e + ":", e + ":key"});
-                o->Release();
+                Callback cb = &Invocation<Handler>::Callback;
+                const tvWChar* keys[] = {TVAPIC_TEXT("key"), nullptr, TVAPIC_TEXT("key")};
+                CheckCalls(r, interface, 3, [&](void* h, int i) { registration(h, keys[i], i < 2 ? cb : nullptr); },
+                           [&](tvprobe::Object& o) {
+                               std::string e(event);
+                               CheckHandlers<Handler>(r, *tvprobe::SinkOf<I>(o), {e + ":key", e + ":", e + ":key"});
+                           });
             }};
 }
 
 template <class I, class Handler, class Callback>
 Case Unkeyed(const char* interface, const char* event, void (*registration)(void*, Callback)) {
     return {std::string(interface) + "_" + event, [=](Report& r) {
-                Callback cb = &InvocationOf<Handler>::Callback;
-                registration(nullptr, cb);
-                CheckForeign(r, [&](void* h) { registration(h, cb); });
-                tvprobe::Object* o = tvprobe::Object::Create({interface});
-                registration(o->Handle(), cb);
-                registration(o->Handle(), nullptr);
-                CheckBalanced(r, *o, 2);
-                CheckHandlers<Handler>(r, *tvprobe::SinkOf<I>(*o), {event, event});
-                o->Release();
+                Callback cb = &Invocation<Handler>::Callback;
+                CheckCalls(r, interface, 2, [&](void* h, int i) { registration(h, i < 1 ? cb : nullptr); },
+                           [&](tvprobe::Object& o) { CheckHandlers<Handler>(r, *tvprobe::SinkOf<I>(o), {event, event}); });
             }};
 }
 
@@ -174,7 +139,7 @@ Case Unkeyed(const char* interface, const char* event, void (*registration)(void
 template <class I, class Handler, class Probe, class Callback>
 Case Unqueried(const char* interface, const char* event, void (*registration)(void*, Callback)) {
     return {std::string(interface) + "_" + event, [=](Report& r) {
-                Callback cb = &InvocationOf<Handler>::Callback;
+                Callback cb = &Invocation<Handler>::Callback;
                 registration(nullptr, cb);
                 Probe probe;
                 registration(static_cast<I*>(&probe), cb);

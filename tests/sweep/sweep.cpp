@@ -1,19 +1,13 @@
 #include "sweep/sweep.h"
 
-#include "common/c_heap.h"
+#include <algorithm>
 
+#include "common/c_heap.h"
 
 namespace sweep {
 namespace {
 
-const char* ModeName(Mode m) {
-    switch (m) {
-        case Mode::NullHandle: return "null handle";
-        case Mode::Unrelated: return "unrelated handle";
-        case Mode::Probe: return "probe";
-    }
-    return "?";
-}
+const char* const kModeNames[] = {"null handle", "unrelated handle", "probe"};
 
 std::string Join(const std::vector<std::string>& items) {
     std::string out;
@@ -23,12 +17,9 @@ std::string Join(const std::vector<std::string>& items) {
 
 std::vector<std::string> Split(const std::string& names) {
     std::vector<std::string> out;
-    std::size_t start = 0;
-    while (start < names.size()) {
-        std::size_t end = names.find(',', start);
-        if (end == std::string::npos) end = names.size();
+    for (std::size_t start = 0, end; start < names.size(); start = end + 1) {
+        end = std::min(names.find(',', start), names.size());
         out.push_back(names.substr(start, end - start));
-        start = end + 1;
     }
     return out;
 }
@@ -50,7 +41,7 @@ Pass::~Pass() {
         Fail("the handle's reference count moved: " + std::to_string(target_refs_before_) + " -> " +
              std::to_string(target_->refs()));
     }
-    if (result_->refs() != result_refs_before_) Fail("the result object's references were not all given back");
+    Expect(result_->refs() == result_refs_before_, "the result object's references were not all given back");
     if (unrelated_) {
         Expect(unrelated_->refs() == 1 && unrelated_->calls.empty(), "the unrelated object was touched");
         unrelated_->Release();
@@ -59,24 +50,18 @@ Pass::~Pass() {
 }
 
 tvprobe::Object* Pass::MakeObject(const std::string& interface) {
-    auto* o = tvprobe::Object::Create(std::vector<std::string>{interface});
-    made_.push_back(o);
-    return o;
+    made_.push_back(tvprobe::Object::Create(std::vector<std::string>{interface}));
+    return made_.back();
 }
 
 void Pass::Fail(const std::string& what) {
-    failures_.push_back(std::string(case_.interface) + "_" + case_.operation + " (" + ModeName(mode_) + "): " + what);
+    failures_.push_back(std::string(case_.interface) + "_" + case_.operation + " (" +
+                        kModeNames[static_cast<int>(mode_)] + "): " + what);
 }
 
 void Pass::Finish(const std::vector<std::string>& expected_args) {
-    if (!reached()) {
-        Expect(target_->calls.empty(), "the host was called");
-        return;
-    }
-    if (target_->calls.size() != 1) {
-        Fail("expected one host call, got " + std::to_string(target_->calls.size()));
-        return;
-    }
+    if (!reached()) return Expect(target_->calls.empty(), "the host was called");
+    if (target_->calls.size() != 1) return Fail("expected one host call, got " + std::to_string(target_->calls.size()));
     const tvprobe::Call& call = target_->calls[0];
     Expect(call.interface == case_.interface && call.operation == case_.operation,
            "called " + call.interface + "." + call.operation);
@@ -85,36 +70,19 @@ void Pass::Finish(const std::vector<std::string>& expected_args) {
     Expect(result_->calls.empty(), "the result object was called");
 }
 
-void Pass::CheckResult(bool r) {
-    Expect(r == (reached() && answers().flag), "flag result");
-}
-
-void Pass::CheckResult(int r) {
-    Expect(r == (reached() ? answers().number : 0), "integer result " + std::to_string(r));
-}
-
-void Pass::CheckResult(std::uint64_t r) {
-    Expect(r == (reached() ? answers().id : 0), "64-bit result");
-}
-
-void Pass::CheckResult(double r) {
-    Expect(r == (reached() ? answers().real : 0.0), "real result");
-}
+void Pass::CheckResult(bool r) { Expect(r == (reached() && answers().flag), "flag result"); }
+void Pass::CheckResult(int r) { Expect(r == (reached() ? answers().number : 0), "integer result"); }
+void Pass::CheckResult(std::uint64_t r) { Expect(r == (reached() ? answers().id : 0), "64-bit result"); }
+void Pass::CheckResult(double r) { Expect(r == (reached() ? answers().real : 0.0), "real result"); }
 
 void Pass::CheckResult(tvWChar* r) {
-    if (!reached()) {
-        Expect(r == nullptr, "a text result must be null when the host is not reached");
-        return;
-    }
+    if (!reached()) return Expect(r == nullptr, "a text result must be null when the host is not reached");
     Expect(r != nullptr && Text(r) == answers().text, "text result");
     c_heap::Free(r);
 }
 
 void Pass::CheckResult(void* r) {
-    if (!reached()) {
-        Expect(r == nullptr, "an object result must be null when the host is not reached");
-        return;
-    }
+    if (!reached()) return Expect(r == nullptr, "an object result must be null when the host is not reached");
     Expect(r == result_->Face(case_.result_interface), "the object result must be the host's pointer");
     Expect(result_->refs() == result_refs_before_ + 1, "an object result must carry exactly one reference");
     if (r) IAPIObject_Release(r);

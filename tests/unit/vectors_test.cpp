@@ -2,14 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstdlib>
-#include <cstring>
 #include <limits>
-#include <string>
-
-#if defined(__GLIBC__) || defined(_WIN32)
-#include <malloc.h>
-#endif
 
 #include "common/c_heap.h"
 #include "tvAPIC.h"
@@ -19,22 +12,22 @@ namespace {
 
 // ---- Plain families: one typed suite over every family with the plain clear.
 
-#define TVAPIC_PLAIN_FAMILY(F, V, A, B)                      \
-    struct F##Ops {                                          \
-        using Vec = F##_t;                                   \
-        using Value = V;                                     \
-        static Vec* Create(uint64_t n) { return F##_Create(n); } \
-        static Value Get(Vec* v, uint64_t i) { return F##_Get(v, i); } \
-        static void Set(Vec* v, uint64_t i, Value x) { F##_Set(v, i, x); } \
-        static void Clear(Vec* v) { F##_Clear(v); }          \
-        static void Delete(Vec* v) { F##_Delete(v); }        \
-        static Value First() { return A; }                   \
-        static Value Second() { return B; }                  \
+#define TVAPIC_PLAIN_FAMILY(F, V, A, B)                                   \
+    struct F##Ops {                                                       \
+        using Vec = F##_t;                                                \
+        using Value = V;                                                  \
+        static constexpr auto Create = F##_Create;                        \
+        static constexpr auto Get = F##_Get;                              \
+        static constexpr auto Set = F##_Set;                              \
+        static constexpr auto Clear = F##_Clear;                          \
+        static constexpr auto Delete = F##_Delete;                        \
+        static Value First() { return A; }                                \
+        static Value Second() { return B; }                               \
     };
 
 int anchor_a, anchor_b;  // addresses that stand for object handles
 
-TVAPIC_PLAIN_FAMILY(BoolVector, int32_t, 7, -1)
+TVAPIC_PLAIN_FAMILY(BoolVector, int32_t, 7, -1)  // flags are kept as given, not made 0 or 1
 TVAPIC_PLAIN_FAMILY(ColorVector, int32_t, 0x00ff8040, -16777216)
 TVAPIC_PLAIN_FAMILY(EnumVector, int32_t, 3, std::numeric_limits<int32_t>::min())
 TVAPIC_PLAIN_FAMILY(Int32Vector, int32_t, -42, std::numeric_limits<int32_t>::max())
@@ -53,74 +46,65 @@ using PlainFamilies =
                      DoubleVectorOps, NumericIdVectorOps, Uint8VectorOps, ObjectReferenceVectorOps>;
 TYPED_TEST_SUITE(PlainVectorTest, PlainFamilies);
 
-TYPED_TEST(PlainVectorTest, NullVectorReadsZeroAndIgnoresWrites) {
+TYPED_TEST(PlainVectorTest, ElementsRoundTripBitForBitAndClearDropsTheBlock) {
     using Ops = TypeParam;
     EXPECT_EQ(Ops::Get(nullptr, 7), typename Ops::Value{});
     Ops::Set(nullptr, 0, Ops::First());
     Ops::Clear(nullptr);
     Ops::Delete(nullptr);
-}
 
-TYPED_TEST(PlainVectorTest, ElementsRoundTripBitForBitAndAreVisibleInData) {
-    using Ops = TypeParam;
     auto* v = Ops::Create(3);
-    ASSERT_NE(v, nullptr);
-    EXPECT_EQ(v->size, 3u);
-    ASSERT_NE(v->data, nullptr);
+    ASSERT_EQ(v->size, 3u);
     Ops::Set(v, 0, Ops::First());
     Ops::Set(v, 1, Ops::Second());
     Ops::Set(v, 2, Ops::First());
     EXPECT_EQ(Ops::Get(v, 0), Ops::First());
-    EXPECT_EQ(Ops::Get(v, 1), Ops::Second());
     EXPECT_EQ(v->data[1], Ops::Second());  // callers read the block directly
-    Ops::Set(v, 0, Ops::Second());
-    EXPECT_EQ(Ops::Get(v, 0), Ops::Second());
     EXPECT_EQ(Ops::Get(v, 2), Ops::First());
-    Ops::Delete(v);
-}
-
-TYPED_TEST(PlainVectorTest, ClearDropsTheBlockAndKeepsTheHeader) {
-    using Ops = TypeParam;
-    auto* v = Ops::Create(3);
     Ops::Clear(v);
     EXPECT_EQ(v->size, 0u);
     EXPECT_EQ(v->data, nullptr);
-    Ops::Clear(v);   // nothing left to free
-    Ops::Delete(v);  // releases the header only
+    Ops::Delete(v);  // the header only
 }
 
-TEST(ScalarVectorTest, BoolElementsAreNotNormalised) {
-    BoolVector_t* v = BoolVector_Create(2);
-    BoolVector_Set(v, 0, 2);
-    BoolVector_Set(v, 1, 5);
-    EXPECT_EQ(BoolVector_Get(v, 0), 2);
-    EXPECT_EQ(BoolVector_Get(v, 1), 5);
-    BoolVector_Delete(v);
+// ---- Families that own their elements: the clear deletes them, and keeps
+// the freed block's address (so a cleared vector is not deleted again).
+
+TEST(OwningVectors, ClearDeletesTheElementsAndKeepsTheBlockAddress) {
+    Uint8VectorVector_t* bytes = Uint8VectorVector_Create(2);
+    Uint8VectorVector_Set(bytes, 0, Uint8Vector_Create(4));
+    Uint8VectorVector_Set(bytes, 1, nullptr);
+    StringVector_t* texts = StringVector_Create(1);
+    StringVector_Set(texts, 0, TVAPIC_TEXT("a text long enough to live on the heap"));
+    StringVectorVector_t* lists = StringVectorVector_Create(1);
+    StringVectorVector_Set(lists, 0, StringVector_Create(0));
+    ObjectReferenceVectorVector_t* objects = ObjectReferenceVectorVector_Create(1);
+    ObjectReferenceVectorVector_Set(objects, 0, ObjectReferenceVector_Create(1));
+
+    auto check = [](auto* v, auto clear) {
+        const void* block = v->data;
+        clear(v);
+        EXPECT_EQ(v->size, 0u);
+        EXPECT_EQ(v->data, block);
+        v->data = nullptr;  // already freed
+    };
+    check(bytes, Uint8VectorVector_Clear);
+    check(texts, StringVector_Clear);
+    check(lists, StringVectorVector_Clear);
+    check(objects, ObjectReferenceVectorVector_Clear);
+    Uint8VectorVector_Delete(bytes);
+    StringVector_Delete(texts);
+    StringVectorVector_Delete(lists);
+    ObjectReferenceVectorVector_Delete(objects);
+
+    EXPECT_EQ(StringVector_Get(nullptr, 0), nullptr);
+    EXPECT_EQ(ObjectReferenceVectorVector_Get(nullptr, 3), nullptr);
+    StringVector_Set(nullptr, 0, TVAPIC_TEXT("x"));
+    Uint8VectorVector_Delete(nullptr);
+    StringVectorVector_Clear(nullptr);
 }
 
-// ---- Vector of byte vectors: owns its elements.
-
-TEST(Uint8VectorVectorTest, ClearDeletesEveryElementAndKeepsTheOldBlockAddress) {
-    Uint8VectorVector_t* v = Uint8VectorVector_Create(3);
-    Uint8Vector_t* a = Uint8Vector_Create(4);
-    Uint8Vector_t* b = Uint8Vector_Create(0);
-    Uint8VectorVector_Set(v, 0, a);
-    Uint8VectorVector_Set(v, 1, nullptr);
-    Uint8VectorVector_Set(v, 2, b);
-    EXPECT_EQ(Uint8VectorVector_Get(v, 0), a);
-    EXPECT_EQ(Uint8VectorVector_Get(v, 1), nullptr);
-
-    Uint8Vector_t** block = v->data;
-    Uint8VectorVector_Clear(v);  // a and b go; the sanitiser build sees any leak
-    EXPECT_EQ(v->size, 0u);
-    EXPECT_EQ(v->data, block);
-
-    // The kept address is already freed: a later Delete would free it again.
-    v->data = nullptr;
-    Uint8VectorVector_Delete(v);
-}
-
-TEST(Uint8VectorVectorTest, SetTakesOverTheNewElementAndLeavesTheOldOne) {
+TEST(OwningVectors, SetTakesOverTheNewElementAndLeavesTheOldOne) {
     Uint8VectorVector_t* v = Uint8VectorVector_Create(1);
     Uint8Vector_t* first = Uint8Vector_Create(1);
     Uint8Vector_t* second = Uint8Vector_Create(1);
@@ -133,92 +117,23 @@ TEST(Uint8VectorVectorTest, SetTakesOverTheNewElementAndLeavesTheOldOne) {
     Uint8VectorVector_Delete(v);  // deletes second
 }
 
-// ---- String vectors.
-
-tvapi::WString Text(const tvWChar* s) { return s; }
-
-TEST(StringVectorTest, SetStoresAnIndependentCopy) {
+TEST(StringVectors, SetStoresAnIndependentCopyAndLeavesTheEarlierOne) {
     StringVector_t* v = StringVector_Create(1);
     tvWChar caller[] = TVAPIC_TEXT("ab");
     StringVector_Set(v, 0, caller);
     tvWChar* stored = StringVector_Get(v, 0);
     EXPECT_NE(stored, caller);
     caller[0] = TVAPIC_TEXT('x');
-    EXPECT_EQ(Text(stored), TVAPIC_TEXT("ab"));
+    EXPECT_EQ(tvapi::WString(stored), TVAPIC_TEXT("ab"));
     EXPECT_EQ(StringVector_Get(v, 0), stored);  // the stored pointer, not a copy
-    EXPECT_EQ(v->data[0], stored);
-    StringVector_Delete(v);
-}
-
-TEST(StringVectorTest, CopyBlockHoldsEightBytesPerUnit) {
-    StringVector_t* v = StringVector_Create(2);
-    const tvWChar* text = TVAPIC_TEXT("fifteen units..");  // 15 units: 128 bytes, not 32
-    StringVector_Set(v, 0, text);
-    StringVector_Set(v, 1, TVAPIC_TEXT(""));
-    EXPECT_EQ(Text(StringVector_Get(v, 0)), text);
-    EXPECT_EQ(Text(StringVector_Get(v, 1)), TVAPIC_TEXT(""));
-#if defined(__GLIBC__)
-    EXPECT_GE(malloc_usable_size(StringVector_Get(v, 0)), 16u * 8u);
-#elif defined(_WIN32)
-    EXPECT_GE(_msize(StringVector_Get(v, 0)), 16u * 8u);
-#endif
-    StringVector_Delete(v);
-}
-
-TEST(StringVectorTest, SettingASlotAgainDoesNotFreeTheEarlierCopy) {
-    StringVector_t* v = StringVector_Create(1);
-    StringVector_Set(v, 0, TVAPIC_TEXT("old"));
-    tvWChar* old = StringVector_Get(v, 0);
     StringVector_Set(v, 0, TVAPIC_TEXT("new"));
-    EXPECT_NE(StringVector_Get(v, 0), old);
-    EXPECT_EQ(Text(old), TVAPIC_TEXT("old"));  // still readable: nobody freed it
-    c_heap::Free(old);
+    EXPECT_EQ(tvapi::WString(stored), TVAPIC_TEXT("ab"));  // not freed: still the caller's to free
+    c_heap::Free(stored);
     StringVector_Delete(v);
 }
 
-TEST(StringVectorTest, ClearFreesTheTextsAndKeepsTheOldBlockAddress) {
-    StringVector_t* v = StringVector_Create(2);
-    StringVector_Set(v, 0, TVAPIC_TEXT("a long enough text to live on the heap"));
-    StringVector_Set(v, 1, TVAPIC_TEXT("b"));
-    tvWChar** block = v->data;
-    StringVector_Clear(v);
-    EXPECT_EQ(v->size, 0u);
-    EXPECT_EQ(v->data, block);
-    v->data = nullptr;  // see Uint8VectorVectorTest: avoid freeing it twice
-    StringVector_Delete(v);
-}
+// ---- Handles in vectors are never referenced, released or deleted.
 
-TEST(StringVectorTest, VectorOfVectorsDeletesEverythingItHolds) {
-    StringVector_t* inner = StringVector_Create(2);
-    StringVector_Set(inner, 0, TVAPIC_TEXT("first"));
-    StringVector_Set(inner, 1, TVAPIC_TEXT("second"));
-    StringVectorVector_t* outer = StringVectorVector_Create(2);
-    StringVectorVector_Set(outer, 0, inner);
-    StringVectorVector_Set(outer, 1, nullptr);
-    EXPECT_EQ(StringVectorVector_Get(outer, 0), inner);
-    StringVectorVector_Delete(outer);  // the leak check of the sanitiser build
-}
-
-TEST(OwningVectorTest, NullVectorsAreIgnored) {
-    EXPECT_EQ(Uint8VectorVector_Get(nullptr, 0), nullptr);
-    EXPECT_EQ(StringVector_Get(nullptr, 0), nullptr);
-    EXPECT_EQ(StringVectorVector_Get(nullptr, 0), nullptr);
-    EXPECT_EQ(ObjectReferenceVectorVector_Get(nullptr, 3), nullptr);
-    Uint8VectorVector_Set(nullptr, 0, nullptr);
-    StringVector_Set(nullptr, 0, TVAPIC_TEXT("x"));
-    Uint8VectorVector_Clear(nullptr);
-    StringVector_Clear(nullptr);
-    StringVectorVector_Clear(nullptr);
-    ObjectReferenceVectorVector_Clear(nullptr);
-    Uint8VectorVector_Delete(nullptr);
-    StringVector_Delete(nullptr);
-    StringVectorVector_Delete(nullptr);
-    ObjectReferenceVectorVector_Delete(nullptr);
-}
-
-// ---- Object reference vectors.
-
-// Counts its references; a vector must never touch them.
 class CountedObject : public tvapi::IAPIObject {
 public:
     void HostReserved() override {}
@@ -228,96 +143,34 @@ public:
     int refs = 1;
 };
 
-TEST(ObjectReferenceVectorTest, HandlesAreStoredWithoutReferences) {
-    CountedObject object;
-    ObjectReferenceVector_t* v = ObjectReferenceVector_Create(2);
-    ObjectReferenceVector_Set(v, 0, &object);
-    ObjectReferenceVector_Set(v, 1, nullptr);
-    EXPECT_EQ(ObjectReferenceVector_Get(v, 0), &object);
-    EXPECT_EQ(ObjectReferenceVector_Get(v, 1), nullptr);
-    ObjectReferenceVector_Delete(v);
-    EXPECT_EQ(object.refs, 1);
-}
-
-TEST(ObjectReferenceVectorTest, VectorOfVectorsOwnsTheInnerVectorsButNoObject) {
+TEST(HandleVectors, HoldHandlesWithoutOwningThem) {
     CountedObject object;
     ObjectReferenceVector_t* inner = ObjectReferenceVector_Create(1);
     ObjectReferenceVector_Set(inner, 0, &object);
-    ObjectReferenceVectorVector_t* outer = ObjectReferenceVectorVector_Create(2);
-    ObjectReferenceVectorVector_Set(outer, 0, nullptr);
-    ObjectReferenceVectorVector_Set(outer, 1, inner);
-    EXPECT_EQ(ObjectReferenceVectorVector_Get(outer, 1), inner);
-
-    ObjectReferenceVector_t** block = outer->data;
-    ObjectReferenceVectorVector_Clear(outer);
-    EXPECT_EQ(outer->size, 0u);
-    EXPECT_EQ(outer->data, block);
-    EXPECT_EQ(object.refs, 1);
-    outer->data = nullptr;
+    ObjectReferenceVectorVector_t* outer = ObjectReferenceVectorVector_Create(1);
+    ObjectReferenceVectorVector_Set(outer, 0, inner);
+    EXPECT_EQ(ObjectReferenceVectorVector_Get(outer, 0), inner);
     ObjectReferenceVectorVector_Delete(outer);
+    EXPECT_EQ(object.refs, 1);
+
+    PropertyValue_t* value = PropertyValue_Create();
+    PropertyValue_SetInt(value, 11);
+    PropertyValueVector_t* values = PropertyValueVector_Create(1);
+    PropertyValueVector_Set(values, 0, value);
+    EXPECT_EQ(PropertyValueVector_Get(values, 0), value);
+    PropertyValueVector_Delete(values);
+    EXPECT_EQ(PropertyValue_GetInt(value), 11);
+    PropertyValue_Delete(value);
 }
 
-// ---- Vectors of value handles.
-
-TEST(ValueVectorTest, PropertyValueVectorNeverDeletesItsHandles) {
-    PropertyValue_t* a = PropertyValue_Create();
-    PropertyValue_t* b = PropertyValue_Create();
-    PropertyValue_SetInt(a, 11);
-    PropertyValue_SetInt(b, 22);
-    PropertyValueVector_t* v = PropertyValueVector_Create(2);
-    PropertyValueVector_Set(v, 0, a);
-    PropertyValueVector_Set(v, 1, b);
-    EXPECT_EQ(PropertyValueVector_Get(v, 1), b);
-    PropertyValueVector_Delete(v);
-    EXPECT_EQ(PropertyValue_GetInt(a), 11);
-    EXPECT_EQ(PropertyValue_GetInt(b), 22);
-    PropertyValue_Delete(a);
-    PropertyValue_Delete(b);
-}
-
-TEST(ValueVectorTest, PropertyValueVectorClearKeepsTheOldBlockAddress) {
-    PropertyValue_t* h = PropertyValue_Create();
-    PropertyValueVector_t* v = PropertyValueVector_Create(1);
-    PropertyValueVector_Set(v, 0, h);
-    PropertyValue_t** block = v->data;
-    PropertyValueVector_Clear(v);
-    EXPECT_EQ(v->size, 0u);
-    EXPECT_EQ(v->data, block);
-    v->data = nullptr;
-    PropertyValueVector_Delete(v);
-    PropertyValue_Delete(h);
-
-    EXPECT_EQ(PropertyValueVector_Get(nullptr, 0), nullptr);
-    PropertyValueVector_Set(nullptr, 0, nullptr);
-    PropertyValueVector_Clear(nullptr);
-    PropertyValueVector_Delete(nullptr);
-}
-
-TEST(ValueVectorTest, AttributeAndStorageFamiliesHoldNothing) {
+TEST(HandleVectors, AttributeAndStorageFamiliesHoldNothing) {
     EXPECT_EQ(AttributeValueVector_Create(5), nullptr);
     EXPECT_EQ(StorageValueVector_Create(5), nullptr);
-    EXPECT_EQ(AttributeValueVector_Get(nullptr, 0), nullptr);
-    EXPECT_EQ(StorageValueVector_Get(nullptr, 0), nullptr);
-
-    // Vectors laid out by hand on the stack: Set and Delete must leave them
-    // alone (freeing a stack block would abort the sanitiser build).
-    auto* marker_a = reinterpret_cast<AttributeValue_t*>(&anchor_a);
-    auto* marker_s = reinterpret_cast<StorageValue_t*>(&anchor_b);
-    AttributeValue_t* attribute_slots[1] = {marker_a};
-    StorageValue_t* storage_slots[1] = {marker_s};
-    AttributeValueVector_t attributes{1, attribute_slots};
-    StorageValueVector_t storage{1, storage_slots};
-
-    EXPECT_EQ(AttributeValueVector_Get(&attributes, 0), marker_a);
+    StorageValue_t* slots[1] = {reinterpret_cast<StorageValue_t*>(&anchor_b)};
+    StorageValueVector_t storage{1, slots};
     EXPECT_EQ(StorageValueVector_Get(&storage, 0), nullptr);
-    AttributeValueVector_Set(&attributes, 0, nullptr);
-    StorageValueVector_Set(&storage, 0, nullptr);
-    AttributeValueVector_Delete(&attributes);
-    StorageValueVector_Delete(&storage);
-    EXPECT_EQ(attributes.size, 1u);
-    EXPECT_EQ(attribute_slots[0], marker_a);
-    EXPECT_EQ(storage.data, storage_slots);
-    EXPECT_EQ(storage_slots[0], marker_s);
+    StorageValueVector_Delete(&storage);  // leaves a vector laid out by hand alone
+    EXPECT_EQ(storage.data, slots);
 }
 
 }  // namespace
