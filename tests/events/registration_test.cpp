@@ -48,20 +48,6 @@ TEST(UnkeyedRemoval, DropsEveryHandler) {
     EXPECT_TRUE(tvprobe::SinkOf<tvapi::IDrawingObjectEvents>(*events.o)->registrations().empty());
 }
 
-// A registration is kept by the host alone: registering twice makes two
-// registrations, and the events object carries no reference for them.
-TEST(Registration, TheSameCallbackTwiceIsTwoRegistrations) {
-    Probe events("IApplicationEvents");
-    IApplicationEvents_AddCreateDocumentHandler(events.handle(), TVAPIC_TEXT("k"), FiredA);
-    IApplicationEvents_AddCreateDocumentHandler(events.handle(), TVAPIC_TEXT("k"), FiredA);
-    EXPECT_EQ(events->refs(), 1);
-    fired.clear();
-    tvprobe::SinkOf<tvapi::IApplicationEvents>(*events.o)
-        ->Raise<tvapi::IApplicationEvents::CreateDocumentHandler>("CreateDocument",
-                                                                  tvapi::SmartPtr<tvapi::ITavraDocument>());
-    EXPECT_EQ(fired, (Lines{"a", "a"}));
-}
-
 // Objects handed to a callback are handles like any other: a callback that
 // keeps one takes its own reference, which outlives the call.
 void* kept_element = nullptr;

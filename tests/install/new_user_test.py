@@ -10,13 +10,13 @@ tvhost, in process told only TVAPIC_LIBRARY) and mypy accepts them.
 import argparse
 import os
 import re
-import select
 import shutil
-import signal
 import subprocess
 import sys
-import time
 from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "common"))
+import tvhost_process  # noqa: E402
 
 EXAMPLE = re.compile(r"<!-- example: ([\w-]+) -->\n```python\n(.*?)```", re.S)
 # The header, the versioned library, both packages' files, the reference with
@@ -59,20 +59,6 @@ def c_consumers(args, prefix):
         print(run([program], f"the consumer {program.name}", env=clean_environment()), end="")
 
 
-def start_tvhost(tvhost, files):
-    """(process, port) of the installed tvhost on a port it chose."""
-    proc = subprocess.Popen([str(tvhost), "--port", "0", "--files", str(files)], stdout=subprocess.PIPE,
-                            stderr=subprocess.PIPE, text=True, env=clean_environment())
-    deadline = time.monotonic() + 30
-    while time.monotonic() < deadline and proc.poll() is None:
-        if select.select([proc.stdout], [], [], 0.2)[0]:
-            found = re.search(r"API Server on port (\d+)", proc.stdout.readline())
-            if found:
-                return proc, int(found[1])
-    proc.kill()
-    sys.exit(f"new_user_test: the installed tvhost did not serve:\n{proc.communicate()[1]}")
-
-
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--source", type=Path, required=True)
@@ -103,7 +89,10 @@ def main():
         "pip install ./clients/python", env=clean_environment())
     files = args.work / "files"
     files.mkdir()
-    tvhost, port = start_tvhost(prefix / "bin" / "tvhost", files)
+    tvhost, port = tvhost_process.start([prefix / "bin" / "tvhost"], "--files", files, stderr=subprocess.PIPE,
+                                        env=clean_environment())
+    if port is None:
+        sys.exit(f"new_user_test: the installed tvhost did not serve:\n{tvhost.communicate()[1]}")
     try:
         remote = examples["remote"].replace("port=8001", f"port={port}")
         print(run([python, "-c", remote], "the README's remote example", env=clean_environment(), cwd=args.work))
@@ -112,8 +101,7 @@ def main():
         if not build.strip().isdigit():
             sys.exit(f"new_user_test: tvapic call answered {build!r}")
     finally:
-        tvhost.send_signal(signal.SIGTERM)
-        tvhost.communicate(timeout=30)
+        tvhost_process.stop(tvhost)
 
     library = prefix / "lib" / "libtvAPIC.so.0"
     print(run([python, "-c", examples["in-process"]], "the README's in-process example",

@@ -23,69 +23,58 @@ struct MainThread {
     }
 };
 
-// Starts the server on a free port, the host answering "no" (use the port
-// given); the port, or 0 when nothing came to serve it.
-std::uint16_t StartOnFreePort(tvapic::ITvAPICEntry* entry) {
-    std::uint16_t port = FreePort();
-    ui_app_standin::SetUseStartPort(false);
-    entry->Start(port);
-    return WaitUntilServing(port) ? port : 0;
-}
-
-TEST(Lifecycle, PortZeroWithANoStartsNothingAndStopReturns) {
+TEST(Lifecycle, StopWithoutAServerReturns) {
     tvapic::ITvAPICEntry* entry = LoadedEntry();
     ASSERT_NE(entry, nullptr);
+    EXPECT_NO_THROW(entry->Stop());  // never started
     ui_app_standin::SetUseStartPort(false);
-    entry->Start(0);
-    entry->Stop();  // nothing runs: returns at once, raises nothing
-    SUCCEED();
-}
-
-TEST(Lifecycle, StopWithoutStartReturns) {
-    tvapic::ITvAPICEntry* entry = LoadedEntry();
-    ASSERT_NE(entry, nullptr);
+    entry->Start(0);  // port 0 with a "no" starts nothing
     EXPECT_NO_THROW(entry->Stop());
 }
 
-TEST(Lifecycle, StopEndsTheServerAndFreesThePort) {
-    MainThread main_thread;
-    tvapic::ITvAPICEntry* entry = LoadedEntry();
-    ASSERT_NE(entry, nullptr);
-    std::uint16_t port = StartOnFreePort(entry);
-    ASSERT_NE(port, 0);
-    entry->Stop();
-    EXPECT_FALSE(Listening(port));
+// A server started on a free port, the host answering "no" (use the port given).
+class StartedServer : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_NE(entry_, nullptr);
+        port_ = FreePort();
+        ui_app_standin::SetUseStartPort(false);
+        entry_->Start(port_);
+        ASSERT_TRUE(WaitUntilServing(port_));
+    }
+    MainThread main_thread_;
+    tvapic::ITvAPICEntry* entry_ = LoadedEntry();
+    std::uint16_t port_ = 0;
+};
+
+TEST_F(StartedServer, StopEndsTheServerAndFreesThePort) {
+    entry_->Stop();
+    EXPECT_FALSE(Listening(port_));
     asio::io_context io;
-    EXPECT_NO_THROW(asio::ip::tcp::acceptor(io, asio::ip::tcp::endpoint(asio::ip::address_v4::any(), port)));
+    EXPECT_NO_THROW(asio::ip::tcp::acceptor(io, asio::ip::tcp::endpoint(asio::ip::address_v4::any(), port_)));
 }
 
 // The one-shot lifecycle: a "yes" answer restarts on the stored port, but the
 // new thread ends at its first accept without serving it, and the next stop
 // finds nobody to wake.
-TEST(Lifecycle, ARestartAnswersOneConnectionWithNothingAndEnds) {
-    MainThread main_thread;
-    tvapic::ITvAPICEntry* entry = LoadedEntry();
-    ASSERT_NE(entry, nullptr);
-    std::uint16_t port = StartOnFreePort(entry);
-    ASSERT_NE(port, 0);
-    entry->Stop();
-
+TEST_F(StartedServer, ARestartAnswersOneConnectionWithNothingAndEnds) {
+    entry_->Stop();
     ui_app_standin::SetUseStartPort(true);  // "yes": the given 0 is ignored
-    entry->Start(0);
+    entry_->Start(0);
     // Its first accept ends the thread, whatever the connection asks. The
     // thread binds on its own time: retry until it accepts.
     std::string response = "not served";
     for (int i = 0; i < 200 && response == "not served"; ++i) {
         try {
-            response = Call(port, Name("IApplication_Quit"));
+            response = Call(port_, Name("IApplication_Quit"));
         } catch (const boost::system::system_error&) {
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
     }
     EXPECT_EQ(response, "");
-    for (int i = 0; i < 200 && Listening(port); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    for (int i = 0; i < 200 && Listening(port_); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
     try {
-        entry->Stop();
+        entry_->Stop();
         ADD_FAILURE() << "stop after the restart's end must fail to connect";
     } catch (const boost::system::system_error& e) {
         EXPECT_EQ(std::string(e.what()).rfind("connect", 0), 0u) << e.what();

@@ -16,6 +16,9 @@ import unittest
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(ROOT / "tests" / "common"))
+import tvhost_process  # noqa: E402
+
 TVHOST = sys.argv.pop(1) if len(sys.argv) > 1 else str(ROOT / "build" / "apps" / "tvhost")
 
 
@@ -37,15 +40,12 @@ class ProtocolDocument(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.files = tempfile.TemporaryDirectory()
-        cls.server = subprocess.Popen([TVHOST, "--port", "0", "--files", cls.files.name], stdout=subprocess.PIPE,
-                                      stderr=subprocess.DEVNULL, text=True)
-        # tvhost announces the port it chose once it listens.
-        cls.port = int(re.search(r"API Server on port (\d+)", cls.server.stdout.readline())[1])
+        cls.server, cls.port = tvhost_process.start([TVHOST], "--files", cls.files.name, stderr=subprocess.DEVNULL)
+        assert cls.port, "tvhost did not start serving"
 
     @classmethod
     def tearDownClass(cls):
-        cls.server.terminate()
-        cls.server.communicate(timeout=20)
+        tvhost_process.stop(cls.server)
         cls.files.cleanup()
 
     @classmethod

@@ -4,7 +4,6 @@
 
 #include "server/server_fixture.h"
 #include "probe/probe.h"
-#include "sim/sim.h"
 
 namespace server_test {
 namespace {
@@ -110,13 +109,6 @@ TEST_F(Protocol, ObjectResultsTravelAsHandles) {
     EXPECT_EQ(documents->refs(), 2);
 }
 
-TEST_F(Protocol, FunctionsThatReadAndWriteNothing) {
-    EXPECT_EQ(Call(Name("IApplication_Quit")), "");
-    EXPECT_EQ(Call(Name("IApplication_PumpWaitingMessages")), "");
-    ASSERT_EQ(app_->calls.size(), 2u);
-    EXPECT_EQ(app_->calls[1].operation, "PumpWaitingMessages");
-}
-
 TEST_F(Protocol, UnknownNamesAndFunctionsThatAreNotRemotableAnswerNothing) {
     Probe document("ITavraDocument");
     std::string args = Document(document) + I32(1);
@@ -144,14 +136,6 @@ TEST_F(Protocol, AClientThatLeavesMidArgumentIsReportedOnceAndTheNextIsServed) {
     EXPECT_EQ(document->calls[0].operation, "IsChanged");
 }
 
-TEST_F(Protocol, InvalidUtf8IsAnErrorAndTheFunctionIsNotCalled) {
-    Probe document("ITavraDocument");
-    StderrCapture errors;
-    EXPECT_EQ(Call(Name("ITavraDocument_SaveAs") + Document(document) + Text("\xC3\x28")), "");
-    EXPECT_EQ(errors.Text().rfind("API Server: ", 0), 0u);
-    EXPECT_TRUE(document->calls.empty());
-}
-
 TEST_F(Protocol, TwoClientsAreServedInTheOrderOfAcceptance) {
     namespace asio = boost::asio;
     using asio::ip::tcp;
@@ -170,25 +154,6 @@ TEST_F(Protocol, TwoClientsAreServedInTheOrderOfAcceptance) {
     ASSERT_EQ(app_->calls.size(), 2u);
     EXPECT_EQ(app_->calls[0].args[0], "\"first\"");
     EXPECT_EQ(app_->calls[1].args[0], "\"second\"");
-}
-
-TEST(ProtocolText, TextOutsideTheBasicPlaneRoundTripsThroughUtf8) {
-    tvsim_start();
-    struct Stop {
-        ~Stop() { tvsim_stop(); }
-    } stop;
-    class Running : public ServerTest {
-    public:
-        void TestBody() override {}
-        using ServerTest::Call;
-        using ServerTest::SetUp;
-        using ServerTest::TearDown;
-    } server;
-    server.SetUp();
-    const std::string clef = "\xF0\x9D\x84\x9E / \xE2\x82\xAC / \xC3\xA9";  // U+1D11E, U+20AC, U+00E9
-    EXPECT_EQ(server.Call(Name("IApplication_SetCurrentDirectory") + Text(clef)), "");
-    EXPECT_EQ(server.Call(Name("IApplication_GetCurrentDirectory")), Text(clef));
-    server.TearDown();
 }
 
 }  // namespace

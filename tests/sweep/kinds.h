@@ -86,19 +86,6 @@ using OutEnum = Out<int, int>;
 using OutInt64 = Out<std::uint64_t, std::uint64_t>;
 using OutDouble = Out<double, double>;
 
-// An object returned through an out-parameter: borrowed, no reference.
-struct OutObject : NoCopy {
-    char sentinel = 0;
-    void* local = &sentinel;
-    void** c = &local;
-    OutObject(Pass&, int, const char*) {}
-    std::string Expected() const { return "&null"; }
-    void After(Pass& p) {
-        p.Expect(local == (p.reached() ? p.result_object()->Handle() : &sentinel),
-                 "an out-object must be the object's IAPIObject face, and untouched when the host is not reached");
-    }
-};
-
 // Single values: a property value handle the caller made; attribute and
 // storage values cannot be made from C, so only null is passed.
 struct PropertyValue : NoCopy {

@@ -61,16 +61,6 @@ TEST(Decoder, SlotsCarryAValueOnlyWhenTheirFlagIsZero) {
     EXPECT_EQ(slot(4).value, -2.0);
 }
 
-TEST(Decoder, NamesThatSelectNoRemotableFunctionCompleteAtOnce) {
-    using namespace std::string_literals;
-    for (std::string name : {"IPart_GetMass"s, "iapplication_isvisible"s, "IApplication_IsVisible\0"s, ""s, "no such"s}) {
-        Request r = Complete(Counted(name) + "arguments that are never read");
-        EXPECT_EQ(r.function, nullptr) << name;
-        EXPECT_TRUE(r.args.empty());
-    }
-    EXPECT_NE(Complete(Counted("IApplication_IsVisible")).function, nullptr);
-}
-
 TEST(Decoder, ARequestCutShortAsksForTheBytesOfTheFieldItStopsIn) {
     std::string name = Counted("IDocuments_GetLoadCombinations");  // u64, string, i32 slot
     std::string request = name + Bytes<std::uint64_t>(5) + Counted("abc") + '\0' + Bytes<std::int32_t>(9);

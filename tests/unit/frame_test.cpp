@@ -38,32 +38,25 @@ void IShape_Collect(void* handle, ObjectReferenceVector_t* shapes) {
     a0.finish();
 }
 
-TEST(OutObject, IsTheObjectsBaseFaceAndBorrowed) {
-    Shape target, found;
-    target.answer = &found;
+TEST(OutObject, IsTheObjectsBaseFaceBorrowedOrNull) {
+    Shape target, found, faceless;
+    faceless.has_object_face = false;
     char sentinel;
     void* out = &sentinel;
     EXPECT_FALSE(IShape_Find(nullptr, &out));
     EXPECT_EQ(out, &sentinel);
+    EXPECT_TRUE(IShape_Find(target.face(), &out));  // the host gives none
+    EXPECT_EQ(out, nullptr);
 
+    target.answer = &found;
     EXPECT_TRUE(IShape_Find(target.face(), &out));
     EXPECT_EQ(out, found.face());
     EXPECT_EQ(found.refs, 1);  // no reference came with it
     EXPECT_EQ(target.refs, 1);
-
     EXPECT_TRUE(IShape_Find(target.face(), nullptr));  // skipped, the host still called
     EXPECT_EQ(found.refs, 1);
-}
 
-TEST(OutObject, IsNullWhenTheHostGivesNoneOrTheObjectHasNoBaseFace) {
-    Shape target, faceless;
-    faceless.has_object_face = false;
-    char sentinel;
-    void* out = &sentinel;
-    EXPECT_TRUE(IShape_Find(target.face(), &out));
-    EXPECT_EQ(out, nullptr);
-    target.answer = &faceless;
-    out = &sentinel;
+    target.answer = &faceless;  // no base face
     EXPECT_TRUE(IShape_Find(target.face(), &out));
     EXPECT_EQ(out, nullptr);
     EXPECT_EQ(faceless.refs, 1);

@@ -101,18 +101,6 @@ def app_events(host):
         host.IApplicationEvents_RemoveAllHandlers(events, "py-tests")   # the host outlives the test
 
 
-def test_creating_a_document_calls_the_handlers_and_false_refuses_it(host, app_events):
-    seen = []
-    host.IApplicationEvents_AddBeginCreateHandler(app_events, "py-tests", lambda kind: seen.append(kind) or True)
-    host.IApplicationEvents_AddCreateDocumentHandler(
-        app_events, "py-tests", lambda document: seen.append(host.ITavraDocument_GetName(document)))
-    with host.IApplication_GetDocuments() as documents, host.IDocuments_Add(documents, 1, True) as document:
-        assert seen == [1, host.ITavraDocument_GetName(document)]
-        host.ITavraDocument_Close(document, False)
-        host.IApplicationEvents_AddBeginCreateHandler(app_events, "py-tests", lambda kind: False)
-        assert host.IDocuments_Add(documents, 1, True) is None
-
-
 def test_adding_a_line_segment_calls_the_object_handlers(host):
     seen = []
     with host.IApplication_GetDocuments() as documents, host.IDocuments_Add(documents, 1, True) as document, \

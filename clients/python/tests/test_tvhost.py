@@ -5,8 +5,6 @@ import subprocess
 
 import pytest
 
-from conftest import start_tvhost, stop
-from tvapic import Client
 
 pytestmark = pytest.mark.usefixtures("tvhost")
 
@@ -68,16 +66,3 @@ def test_a_port_in_use_is_refused_before_anything_starts(tvhost):
     assert done.stderr.startswith(f"tvhost: cannot listen on port {tvhost[1]}: "), done.stderr
 
 
-def test_a_chosen_port_serves_and_a_refused_save_is_logged(tmp_path):
-    root = tmp_path / "root"
-    root.mkdir()
-    proc, port = start_tvhost("--files", str(root), emulator=emulator())
-    assert port, proc.stderr.read()
-    app = Client(port=port, timeout=10)
-    document = app.IDocuments_Add(app.IApplication_GetDocuments(), 1, False)
-    outside = str(tmp_path / "outside.tvd")
-    assert app.ITavraDocument_SaveAs(document, outside) is False
-    status, _, err = stop(proc, emulator())
-    assert status == 0
-    # The root as the host resolved it: a drive's name under an emulator.
-    assert f"simulated host: refused {outside}: it is not below the files root " in err

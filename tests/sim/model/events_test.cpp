@@ -70,31 +70,6 @@ TEST_F(EventsTest, CreatingAndOpeningDocumentsAreAnnouncedInOrderAndCanBeRefused
     EXPECT_FALSE(Handle(IDocuments_GetItem(documents(), 0)));
 }
 
-TEST_F(EventsTest, RemovingOneKeysHandlersKeepsTheOthers) {
-    Handle events(IApplication_Events());
-    IApplicationEvents_AddCreateDocumentHandler(events.get(), TVAPIC_TEXT("kept"), CreateDocument);
-    IApplicationEvents_AddBeginCreateHandler(events.get(), TVAPIC_TEXT("removed"), BeginCreate);
-    IApplicationEvents_AddCreateDocumentHandler(events.get(), nullptr, CreateDocument);  // the empty key
-    IApplicationEvents_RemoveAllHandlers(events.get(), TVAPIC_TEXT("removed"));
-    IApplicationEvents_RemoveAllHandlers(events.get(), TVAPIC_TEXT(""));  // the null key's too
-    Handle drawing = NewDrawing();
-    EXPECT_EQ(journal.events, std::vector<std::string>{"CreateDocument"});
-}
-
-TEST_F(EventsTest, ADocumentAnnouncesSavingAndClosingAndMayRefuseToClose) {
-    Handle drawing = NewDrawing();
-    Handle events(ITavraDocument_Events(drawing.get()));
-    ITavraDocumentEvents_AddSaveDocumentHandler(events.get(), TVAPIC_TEXT("k"), +[]() { Note("Save"); });
-    ITavraDocumentEvents_AddBeginCloseDocumentHandler(events.get(), TVAPIC_TEXT("k"),
-                                                      +[]() { return Note("BeginClose"); });
-    ASSERT_TRUE(ITavraDocument_SaveAs(drawing.get(), PathTo("saved.tvd").c_str()));
-    journal.answer = 0;
-    EXPECT_FALSE(ITavraDocument_Close(drawing.get(), 0));
-    journal.answer = 1;
-    EXPECT_TRUE(ITavraDocument_Close(drawing.get(), 0));
-    EXPECT_EQ(journal.events, (std::vector<std::string>{"Save", "BeginClose", "BeginClose"}));
-}
-
 TEST_F(EventsTest, EachKeysObjectEventsHearWhatTheirFiltersLetThrough) {
     Handle drawing = NewDrawing();
     Sheet sheet = SheetOf(drawing.get());

@@ -8,15 +8,6 @@ namespace {
 
 using Application = SimTest;
 
-TEST_F(Application, MessagesAnswerTheDefaultButtonAndCommandsAreRecordedNotRun) {
-    EXPECT_EQ(IApplication_ShowMessageBox(TVAPIC_TEXT("Save changes?"), TVAPIC_TEXT("Plate"), 3, 1, 2), 2);
-    EXPECT_EQ(tvsim_standin::LastMessage(), TVAPIC_TEXT("Save changes?"));
-    EXPECT_EQ(tvsim_standin::LastMessageCaption(), TVAPIC_TEXT("Plate"));
-    EXPECT_TRUE(IApplication_ExecuteTavraCommand(512, 1));
-    EXPECT_FALSE(IApplication_ExecuteTavraCommand(0, 1));
-    EXPECT_EQ(tvsim_standin::ExecutedCommands(), std::vector<int>{512});
-}
-
 // A caller's handles keep the references they were given and no more; Quit
 // and tvsim_stop close the documents under them.
 TEST_F(Application, ReferencesComeBackAndQuitAndStopCloseWhatCallersStillHold) {

@@ -1,6 +1,6 @@
 // Documents on disk: what Save and SaveAs write, Open reads back (the round
-// trip the demonstrations and the Python client make), the file format as a
-// reader may rely on it, recover mode, and saves refused rather than lossy.
+// trip the demonstrations and the Python client make), and saves refused
+// rather than lossy.
 #include "sim_fixture.h"
 
 namespace sim_test {
@@ -49,43 +49,6 @@ TEST_F(Persistence, SaveAsCloseAndOpenReadTheSameDrawingBack) {
     Handle area(ITavraDocument2D_GetVariableByName(opened.get(), 0, TVAPIC_TEXT("area")));
     EXPECT_EQ(IVariable_GetValue(area.get()), 24);
     EXPECT_EQ(Take(IVariable_GetExpression(area.get())), TVAPIC_TEXT("width * 2"));
-}
-
-// The format by hand: the records a reader may rely on.
-const char kHandWritten[] =
-    "tvsim-document 1\n"
-    "type 2\n"
-    "author \"R\\u00e9my\"\n"
-    "load-combination \"Dead\"\n"
-    "load-combination \"Wind\"\n"
-    "active-combination 1\n"
-    "view 1 0 \"Sheet\" \"\" 0 0 1 0 0 1 1 0\n"
-    "segment 7 0 0 3 4 0 0 0 0 0 0 0 0 \"\"\n"
-    "end\n";
-
-TEST_F(Persistence, AHandWrittenFileOpensWithItsLoadCombinationsAndRecoverModeSkipsWhatDoesNotRead) {
-    std::string crlf;  // lines ending in CR LF read the same
-    for (char c : std::string(kHandWritten)) crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
-    WriteFile("fragment.tvd", crlf);
-    Text path = PathTo("fragment.tvd");
-    EXPECT_EQ(IDocuments_OpenByLoadCombinationName(documents(), path.c_str(), 1, 0, TVAPIC_TEXT("Snow")), nullptr);
-    Handle fragment(IDocuments_OpenByLoadCombinationName(documents(), path.c_str(), 1, 0, TVAPIC_TEXT("Dead")));
-    ASSERT_TRUE(fragment);
-    EXPECT_EQ(ITavraDocument_GetDocumentType(fragment.get()), 2);
-    EXPECT_EQ(Take(ITavraDocument_GetAuthor(fragment.get())), TVAPIC_TEXT("Rémy"));
-    Sheet s = SheetOf(fragment.get());
-    Handle segment(ILineSegments_GetLineSegment(s.segments.get(), 0));
-    EXPECT_EQ(ILineSegment_GetLength(segment.get()), 5);
-    EXPECT_EQ(IDrawingObject_GetId(segment.get()), 7);
-
-    // A record that does not read fails the file, unless recover mode skips it.
-    std::string damaged = kHandWritten;
-    WriteFile("damaged.tvd", damaged.replace(damaged.find("segment 7 0 0 3"), 15, "segment 7 0 0 x"));
-    EXPECT_EQ(IDocuments_Open(documents(), PathTo("damaged.tvd").c_str(), 1, 0), nullptr);
-    EXPECT_EQ(IDocuments_GetRecoverError(documents()), 3);
-    IDocuments_SetRecoverMode(documents(), 1);
-    Handle recovered(IDocuments_Open(documents(), PathTo("damaged.tvd").c_str(), 1, 0));
-    EXPECT_EQ(Take(ITavraDocument_GetAuthor(recovered.get())), TVAPIC_TEXT("Rémy"));
 }
 
 TEST_F(Persistence, SavingRefusesWhatWouldLoseWorkAndDeleteTakesTheFile) {
