@@ -38,7 +38,7 @@ def run_load(command, port, arguments):
 def answered_all(run):
     """Whether a run of the load tool passed and reports every call answered correctly."""
     report = REPORT.search(run.stdout)
-    return run.returncode == 0 and report and report[1] == report[2] and report[3] == report[4] == "0"
+    return run.returncode == 0 and bool(report) and report[1] == report[2] and report[3] == report[4] == "0"
 
 
 def main():
@@ -76,8 +76,10 @@ def main():
                     failures.append(f"resident memory grew by {growth} KiB")
         finally:
             stopped = tvhost_process.stop(proc, emulated=bool(emulator))
-        if stopped is None or stopped[0] != 0 or "tvhost: stopped" not in stopped[1]:
-            failures.append(f"tvhost did not stop on its signal: {proc.returncode}")
+        if stopped is None:
+            failures.append("tvhost did not stop on its signal")
+        elif stopped[0] != 0 or "tvhost: stopped" not in stopped[1]:
+            failures.append(f"tvhost ended with {stopped[0]}")
         server_errors.seek(0)
         foreign = [line for line in server_errors.read().splitlines() if not line.startswith("API Server: ")]
         if foreign:

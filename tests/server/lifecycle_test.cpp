@@ -32,15 +32,13 @@ TEST(Lifecycle, StopWithoutAServerReturns) {
     EXPECT_NO_THROW(entry->Stop());
 }
 
-// A server started on a free port, the host answering "no" (use the port given).
+// A server started on a free port; each test stops it itself.
 class StartedServer : public ::testing::Test {
 protected:
     void SetUp() override {
         ASSERT_NE(entry_, nullptr);
-        port_ = FreePort();
-        ui_app_standin::SetUseStartPort(false);
-        entry_->Start(port_);
-        ASSERT_TRUE(WaitUntilServing(port_));
+        port_ = StartOnFreePort(entry_);
+        ASSERT_NE(port_, 0);
     }
     MainThread main_thread_;
     tvapic::ITvAPICEntry* entry_ = LoadedEntry();

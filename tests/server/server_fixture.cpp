@@ -116,13 +116,18 @@ bool WaitUntilServing(std::uint16_t port) {
     return false;
 }
 
+std::uint16_t StartOnFreePort(tvapic::ITvAPICEntry* entry) {
+    std::uint16_t port = FreePort();
+    ui_app_standin::SetUseStartPort(false);
+    entry->Start(port);
+    return WaitUntilServing(port) ? port : 0;
+}
+
 void ServerTest::SetUp() {
     ASSERT_NE(LoadedEntry(), nullptr);
-    port_ = FreePort();
-    ui_app_standin::SetUseStartPort(false);  // "no": the given port is used
-    entry()->Start(port_);
     main_thread_ = std::thread([this] { loop_.Run(); });
-    ASSERT_TRUE(WaitUntilServing(port_)) << "the API Server did not start";
+    port_ = StartOnFreePort(entry());
+    ASSERT_NE(port_, 0) << "the API Server did not start";
 }
 
 void ServerTest::TearDown() {

@@ -31,6 +31,11 @@ bool WaitUntilServing(std::uint16_t port);
 // A port nobody listens on right now.
 std::uint16_t FreePort();
 
+// Starts the API Server on a free port, the host answering "no" (use the
+// port given); the port once it serves (an empty name is served on the
+// server thread alone), 0 if it does not.
+std::uint16_t StartOnFreePort(tvapic::ITvAPICEntry* entry);
+
 // One call: connects, sends `request` whole and shuts its sending side,
 // reads until the server closes.
 // A reset after the response counts as its end.

@@ -8,7 +8,6 @@
 #include <thread>
 #include <vector>
 
-#include "UI_App/GuiApp.h"
 #include "server/server_fixture.h"
 #include "probe/probe.h"
 #include "tvEventsBus/EventsBus.h"
@@ -24,12 +23,8 @@ protected:
     void SetUp() override {
         ASSERT_NE(LoadedEntry(), nullptr);
         tvprobe::InstallAsRoot(app_.o, "IApplication");
-        port_ = FreePort();
-        ui_app_standin::SetUseStartPort(false);
-        entry()->Start(port_);
-        // The first served call proves the server listens (an empty name is
-        // served on the server thread alone).
-        ASSERT_TRUE(WaitUntilServing(port_));
+        port_ = StartOnFreePort(entry());
+        ASSERT_NE(port_, 0);
     }
     void TearDown() override {
         if (!stopped_) entry()->Stop();
@@ -50,6 +45,15 @@ protected:
             longest = std::max(longest, Clock::now() - start);
         }
         return longest;
+    }
+
+    // Pumps until `answer` is ready or 20 s after `start` have passed; the time since `start`.
+    Clock::duration PumpUntilAnswered(std::future<std::string>& answer, Clock::time_point start) {
+        while (answer.wait_for(std::chrono::seconds(0)) != std::future_status::ready &&
+               Clock::now() - start < std::chrono::seconds(20)) {
+            Pump(std::chrono::milliseconds(100));
+        }
+        return Clock::now() - start;
     }
 
     std::future<std::string> CallInBackground(const std::string& request) {
@@ -87,11 +91,7 @@ TEST_F(MainThreadRules, AClientSilentMidRequestNeverHoldsTheMainThreadAndIsDropp
     Clock::duration longest = Pump(std::chrono::seconds(2));
     EXPECT_LT(longest, std::chrono::milliseconds(500));
     EXPECT_TRUE(app_->calls.empty());
-    while (next.wait_for(std::chrono::seconds(0)) != std::future_status::ready &&
-           Clock::now() - start < std::chrono::seconds(20)) {
-        Pump(std::chrono::milliseconds(100));
-    }
-    auto waited = Clock::now() - start;
+    auto waited = PumpUntilAnswered(next, start);
     EXPECT_GE(waited, std::chrono::seconds(9));
     EXPECT_LT(waited, std::chrono::seconds(20));
     EXPECT_EQ(next.get(), I32(42));
@@ -117,11 +117,7 @@ TEST_F(MainThreadRules, ADrippingClientIsDroppedAtTheRequestDeadline) {
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
     auto start = Clock::now();
     auto next = CallInBackground(Name("IApplication_GetBuildNumber"));
-    while (next.wait_for(std::chrono::milliseconds(0)) != std::future_status::ready &&
-           Clock::now() - start < std::chrono::seconds(20)) {
-        Pump(std::chrono::milliseconds(100));
-    }
-    auto waited = Clock::now() - start;
+    auto waited = PumpUntilAnswered(next, start);
     dropped = true;
     dripper.join();
     ASSERT_EQ(next.wait_for(std::chrono::seconds(0)), std::future_status::ready) << "still held after 20 s";
