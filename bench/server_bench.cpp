@@ -1,6 +1,7 @@
 // The API Server over loopback: IDrawingObject_GetLayerNumber, one
 // call per connection, a client calling back to back so the server is never
-// idle for long, against the bare server (loopback.h) in the same run.
+// idle for long, against the bare server (loopback.h) in the same run; four
+// such clients at once against one; and the main thread's share of a call.
 //
 // The library is loaded and started as the host does (see the API Server
 // tests); a simulated main loop runs the calls the server hands over. The
@@ -22,13 +23,11 @@
 
 #include "UI_App/GuiApp.h"
 #include "fast_host.h"
-#include "server/connection.h"
-#include "server/handle_registry.h"
-#include "server/socket_stream.h"
 #include "loopback.h"
 #include "shell/library_loader.h"
 #include "tvEventsBus/EventsBus.h"
 #include "tvSys2/entry_points.h"
+#include "tvAPIC.h"
 #include "tvapi/accessor_setters.h"
 
 namespace {
@@ -195,11 +194,49 @@ void ApiServer(benchmark::State& state) {
 }
 
 
+// Blocks of calls from four clients at once (each back to back, on a thread
+// of its own) and from one client in turn: the total calls per second of
+// each, and their ratio, pair by pair.
+void FourClients(benchmark::State& state) {
+    if (!server->serving()) return state.SkipWithError("the API Server did not start");
+    constexpr int kClients = 4, kCallsEach = 100;
+    const std::string& request = server->request();
+    auto block = [&](int clients) {
+        std::atomic<bool> answered{true};
+        auto start = std::chrono::steady_clock::now();
+        std::vector<std::thread> threads;
+        for (int c = 0; c < clients; ++c) {
+            threads.emplace_back([&] {
+                bench::LoopbackClient client(server->port());
+                for (int i = 0; i < kCallsEach; ++i) {
+                    if (client.Call(request).size() != 4) answered = false;
+                }
+            });
+        }
+        for (auto& t : threads) t.join();
+        double s = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        return answered ? clients * kCallsEach / s : 0.0;
+    };
+    std::vector<double> one, four, ratios;
+    bool four_first = false;
+    for (auto _ : state) {
+        double f = four_first ? block(kClients) : 0, o = block(1);
+        if (!four_first) f = block(kClients);
+        four_first = !four_first;
+        if (o == 0 || f == 0) return state.SkipWithError("a call went unanswered");
+        one.push_back(o);
+        four.push_back(f);
+        ratios.push_back(f / o);
+    }
+    state.counters["one_client_calls_per_s"] = Percentile(one, 50);
+    state.counters["four_clients_calls_per_s"] = Percentile(four, 50);
+    state.counters["ratio"] = Percentile(ratios, 50);
+}
+
+
 // The main thread's share of one remote call, in microseconds: the time it
-// spends in the posted call (the export and the handling of its result),
-// beside the export's own time called directly, and beside the whole service
-// of the connection (read, decode, call, encode, write, close over loopback),
-// which is what the main thread did when it served connections itself.
+// spends in the posted call (the export and the handing back of its result),
+// beside the export's own time called directly.
 struct MainThreadCase {
     std::string request;
     std::function<void()> export_alone;
@@ -211,49 +248,19 @@ double MicrosPerCall(int calls, const std::function<void()>& call) {
     return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count() / calls;
 }
 
-// The whole connection served on the measuring thread, as the main thread
-// once served it: the library's own reading, decoding and writing code.
-double WholeConnectionMicros(const std::string& request, int calls) {
-    namespace asio = boost::asio;
-    asio::io_context io;
-    asio::ip::tcp::acceptor acceptor(io, asio::ip::tcp::endpoint(asio::ip::address_v4::loopback(), 0));
-    std::thread client([&] {
-        bench::LoopbackClient c(acceptor.local_endpoint().port());
-        for (int i = 0; i < calls; ++i) c.Call(request);
-    });
-    double total = 0;
-    asio::ip::tcp::socket connection(io);
-    for (int i = 0; i < calls; ++i) {
-        acceptor.accept(connection);
-        auto start = std::chrono::steady_clock::now();
-        tvapic::server::SocketStream stream(io, connection);
-        tvapic::server::ServeConnection(stream, [](std::function<void()> work) {
-            work();
-            return true;
-        });
-        total += std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count();
-    }
-    client.join();
-    return total / calls;
-}
-
 void MainThread(benchmark::State& state, const MainThreadCase& c) {
     if (!server->serving()) return state.SkipWithError("the API Server did not start");
     constexpr int kCalls = 200;
     bench::LoopbackClient client(server->port());
-    // The static twin's server code knows the handle as given out, too.
-    tvapic::server::HandleRegistry::Instance().Remember(reinterpret_cast<std::uintptr_t>(server->document()));
-    std::vector<double> posted, alone, whole;
+    std::vector<double> posted, alone;
     for (auto _ : state) {
         server->ResetMainThreadTime();
         for (int i = 0; i < kCalls; ++i) client.Call(c.request);
         posted.push_back(server->MainThreadMicrosPerCall());
         alone.push_back(MicrosPerCall(kCalls, c.export_alone));
-        whole.push_back(WholeConnectionMicros(c.request, kCalls));
     }
     state.counters["main_thread_us"] = Percentile(posted, 50);
     state.counters["export_us"] = Percentile(alone, 50);
-    state.counters["whole_connection_us"] = Percentile(whole, 50);
     state.counters["overhead_us"] = Percentile(posted, 50) - Percentile(alone, 50);
 }
 
@@ -263,6 +270,7 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     benchmark::RegisterBenchmark("server/get_layer_number", ApiServer)->UseRealTime();
+    benchmark::RegisterBenchmark("server/four_clients", FourClients)->UseRealTime();
     auto running = std::make_unique<RunningServer>();
     server = running.get();
 

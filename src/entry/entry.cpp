@@ -2,19 +2,21 @@
 
 #include <new>
 
-#include "server/main_thread.h"
 #include "server/server.h"
 
 namespace tvapic {
 
 // A running server thread executes this library's code: from its start on,
 // the library stays loaded, so that an unload cannot pull the code from
-// under the thread.
+// under the thread, and the process's exit does not end what the thread uses
+// while it runs.
 void TvAPICEntry::Start(std::uint16_t port) {
-    if (server::Server::Instance().Start(port)) KeepLibraryLoaded();
+    if (!server::Server::Instance().Start(port)) return;
+    KeepLibraryLoaded();
+    StopServerAtExit();
 }
 void TvAPICEntry::Stop() { server::Server::Instance().Stop(); }
-void TvAPICEntry::Run(std::int64_t posted) { server::RunPostedCall(posted); }
+void TvAPICEntry::Run(std::int64_t posted) { server::Server::Instance().RunPostedCalls(posted); }
 
 // The library keeps no pointer of its own to the entry object, and does not
 // delete it on unload: it belongs to the host from registration on. A failed

@@ -21,4 +21,8 @@ void OnProcessDetach();
 // Keeps the library loaded until the process ends, whatever the host unloads.
 void KeepLibraryLoaded();
 
+// Sees that the process's exit finds no server thread running where the
+// platform would let one run on while static objects are destroyed.
+void StopServerAtExit();
+
 }  // namespace tvapic

@@ -1,27 +1,65 @@
-// Serving one connection, on the server thread: the whole request is read
-// and decoded here, only the export's call goes to the main thread, and the
-// response is encoded and written here.
+// One client's connection, from its accept to its close, on the server
+// thread: its request is read as bytes arrive and decoded; only the export's
+// call goes to the main thread; the response is encoded and written here.
+// The connection keeps itself alive through its pending operations and its
+// place among the server's live connections.
 #pragma once
 
-#include <functional>
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
 
-#include "server/request.h"
-#include "server/stream.h"
+#include "server/asio.h"
+#include "server/call.h"
+#include "server/request_buffer.h"
 
 namespace tvapic::server {
 
-// Reads one request: exactly the bytes the decoder asks for, in pieces of at
-// most 64 KiB, so that memory follows the bytes that arrive and not the
-// counts a peer declares. A short read, and bytes that can never become a
-// request, raise.
-Request ReadRequest(ByteStream& connection);
+class Server;
 
-// Runs the call on the main thread and reports whether it ran.
-using MainThreadRunner = std::function<bool(std::function<void()>)>;
+class Connection : public std::enable_shared_from_this<Connection> {
+public:
+    using Clock = std::chrono::steady_clock;
+    // The whole request must arrive within this time of the accept, and the
+    // whole response leave within it of its first byte.
+    static constexpr std::chrono::seconds kTimeLimit{10};
 
-// Reads the request, has the main thread run its export, writes the response
-// and closes the connection. A name that selects no remotable function is
-// answered with nothing. A call the runner dropped is answered with nothing.
-void ServeConnection(ByteStream& connection, const MainThreadRunner& run_on_main_thread);
+    Connection(boost::asio::ip::tcp::socket socket, Server& server);
+
+    // Starts the request's deadline and reading.
+    void Start();
+    // Ends the connection at once, whatever it was doing, without a word.
+    void Close();
+
+    // Whether it still waits for bytes of its request, and since when.
+    bool WaitingForRequest() const { return state_ == State::Reading; }
+    Clock::time_point last_bytes() const { return last_bytes_; }
+
+private:
+    enum class State { Reading, Calling, Writing, Closed };
+
+    void Read();
+    void OnRead(const boost::system::error_code& error, std::size_t n);
+    void Queue(Request request);
+    void RunCall();  // on the main thread
+    void Answer();
+    void SetDeadline(Clock::time_point deadline);
+    void OnDeadline(const boost::system::error_code& error);
+    // Reports what went wrong (not when a stop cut the connection short) and closes.
+    void Fail(const std::string& what);
+
+    Server& server_;
+    boost::asio::ip::tcp::socket socket_;
+    boost::asio::steady_timer deadline_;
+    State state_ = State::Reading;
+    Clock::time_point last_bytes_;
+    RequestBuffer request_;
+    // Between the request and the response; the main thread has it while
+    // the call is queued and running.
+    std::optional<Call> call_;
+    std::string call_error_;
+    std::string response_;
+};
 
 }  // namespace tvapic::server

@@ -29,15 +29,22 @@ public:
     std::optional<std::string_view> Counted(std::uint64_t limit, const char* what) {
         std::optional<std::uint64_t> count = Fixed<std::uint64_t>();
         if (!count) return std::nullopt;
-        if (*count > limit) {
-            error_ = DecodeError{std::string(what) + " of " + std::to_string(*count) + " bytes is over the limit of " +
-                                 std::to_string(limit) + " bytes"};
-            return std::nullopt;
+        if (*count > limit) return Refuse(what, *count, limit);
+        return Bytes(static_cast<std::size_t>(*count));
+    }
+
+    // A text argument: refused when it is over the limit alone, or together
+    // with the texts before it, as soon as its count is there.
+    std::optional<std::string_view> Text() {
+        std::optional<std::uint64_t> count = Fixed<std::uint64_t>();
+        if (!count) return std::nullopt;
+        if (*count > kMaxRequestTextBytes) return Refuse("text", *count, kMaxRequestTextBytes);
+        if (*count > kMaxRequestTextBytes - text_bytes_) {
+            return Refuse("texts", text_bytes_ + *count, kMaxRequestTextBytes, " in all are");
         }
-        if (!Have(static_cast<std::size_t>(*count))) return std::nullopt;
-        std::string_view out = bytes_.substr(at_, static_cast<std::size_t>(*count));
-        at_ += out.size();
-        return out;
+        std::optional<std::string_view> text = Bytes(static_cast<std::size_t>(*count));
+        if (text) text_bytes_ += text->size();
+        return text;
     }
 
     template <class T>
@@ -60,6 +67,19 @@ public:
     }
 
 private:
+    std::optional<std::string_view> Bytes(std::size_t n) {
+        if (!Have(n)) return std::nullopt;
+        std::string_view out = bytes_.substr(at_, n);
+        at_ += n;
+        return out;
+    }
+
+    std::nullopt_t Refuse(const char* what, std::uint64_t count, std::uint64_t limit, const char* verb = " is") {
+        error_ = DecodeError{std::string(what) + " of " + std::to_string(count) + " bytes" + verb + " over the limit of " +
+                             std::to_string(limit) + " bytes"};
+        return std::nullopt;
+    }
+
     bool Have(std::size_t n) {
         if (bytes_.size() - at_ >= n) return true;
         needed_ = at_ + n;
@@ -69,6 +89,7 @@ private:
     std::string_view bytes_;
     std::size_t at_ = 0;
     std::size_t needed_ = 0;
+    std::uint64_t text_bytes_ = 0;  // the request's texts so far
     std::optional<DecodeError> error_;
 };
 
@@ -84,7 +105,7 @@ std::optional<RawValue> ReadArgument(Cursor& in, WireKind kind) {
         case WireKind::U64: return lift(in.Fixed<std::uint64_t>());
         case WireKind::I32: return lift(in.Fixed<std::int32_t>());
         case WireKind::F64: return lift(in.Fixed<double>());
-        case WireKind::Text: return lift(in.Counted(kMaxTextBytes, "text"));
+        case WireKind::Text: return lift(in.Text());
         case WireKind::SlotI32: return lift(in.SlotOf<std::int32_t>());
         case WireKind::SlotF64: return lift(in.SlotOf<double>());
     }

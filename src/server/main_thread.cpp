@@ -1,93 +1,52 @@
 #include "server/main_thread.h"
 
-#include <chrono>
-#include <condition_variable>
-#include <exception>
-#include <mutex>
+#include <utility>
 
 #include "tvEventsBus/EventsBus.h"
 
 namespace tvapic::server {
-namespace {
 
-// A call posted to the main thread. The server thread and the message each
-// hold it; the last of the two to let go deletes it, so a message that
-// arrives after the server stopped waiting still finds it.
-class PostedCall {
-public:
-    explicit PostedCall(std::function<void()> work) : work_(std::move(work)) {}
-
-    void Run() {
-        {
-            std::lock_guard lock(mutex_);
-            if (state_ != State::Posted) return;  // dropped at a stop
-            state_ = State::Running;
-        }
-        std::exception_ptr error;
-        try {
-            work_();
-        } catch (...) {
-            error = std::current_exception();
-        }
-        {
-            std::lock_guard lock(mutex_);
-            error_ = error;
-            state_ = State::Done;
-        }
-        done_.notify_all();
-    }
-
-    bool Wait(const std::atomic<bool>& stopping) {
-        using namespace std::chrono_literals;
-        std::unique_lock lock(mutex_);
-        // The stop flag has no way to wake this wait: look at it a few times a second.
-        while (!done_.wait_for(lock, 50ms, [this] { return state_ == State::Done; })) {
-            if (stopping && state_ == State::Posted) {
-                state_ = State::Dropped;
-                return false;
-            }
-        }
-        if (error_) std::rethrow_exception(error_);
-        return true;
-    }
-
-    void Release() {
-        if (holders_.fetch_sub(1) == 1) delete this;
-    }
-
-private:
-    enum class State { Posted, Running, Done, Dropped };
-
-    std::function<void()> work_;
-    std::mutex mutex_;
-    std::condition_variable done_;
-    State state_ = State::Posted;
-    std::exception_ptr error_;
-    std::atomic<int> holders_{2};  // the server thread and the message
-};
-
-}  // namespace
-
-bool RunOnMainThread(std::function<void()> work, const std::atomic<bool>& stopping) {
-    auto* call = new PostedCall(std::move(work));
+void MainThreadCalls::Queue(Work work) {
+    std::unique_lock lock(mutex_);
+    queued_.push_back(std::move(work));
+    if (woken_) return;
+    woken_ = true;
+    lock.unlock();
     try {
-        EventsBus::Post(kRunCallMessage, 0, reinterpret_cast<std::int64_t>(call), nullptr);
+        EventsBus::Post(kRunCallMessage, 0, reinterpret_cast<std::int64_t>(this), nullptr);
     } catch (...) {
-        call->Release();  // the message's hold: it never left
-        call->Release();
+        lock.lock();
+        woken_ = false;
+        queued_.pop_back();  // only the server thread queues: this work is the last
         throw;
     }
-    struct Letgo {
-        PostedCall* call;
-        ~Letgo() { call->Release(); }
-    } letgo{call};
-    return call->Wait(stopping);
 }
 
-void RunPostedCall(std::int64_t posted) {
-    auto* call = reinterpret_cast<PostedCall*>(posted);
-    call->Run();
-    call->Release();
+void MainThreadCalls::Run(std::int64_t posted) {
+    if (posted != reinterpret_cast<std::int64_t>(this)) return;
+    std::unique_lock lock(mutex_);
+    if (running_) return;
+    running_ = true;
+    while (!queued_.empty()) {
+        Work work = std::move(queued_.front());
+        queued_.pop_front();
+        lock.unlock();
+        try {
+            work();
+        } catch (...) {
+            // The work reports its own errors; nothing may stop the calls after it.
+        }
+        work = nullptr;
+        lock.lock();
+    }
+    running_ = false;
+    woken_ = false;
+}
+
+std::deque<MainThreadCalls::Work> MainThreadCalls::TakeAll() {
+    std::lock_guard lock(mutex_);
+    woken_ = false;  // a later call posts a message of its own
+    return std::exchange(queued_, {});
 }
 
 }  // namespace tvapic::server

@@ -5,15 +5,16 @@
 namespace tvapic::server {
 namespace {
 
-// Built once from the generated table.
+// Built once from the generated table, and never destroyed: the server
+// thread may decode a request while the process exits.
 const std::unordered_map<std::string_view, const NameEntry*>& Names() {
-    static const std::unordered_map<std::string_view, const NameEntry*> names = [] {
-        std::unordered_map<std::string_view, const NameEntry*> map;
-        map.reserve(kNameTableSize);
-        for (std::size_t i = 0; i < kNameTableSize; ++i) map.emplace(kNameTable[i].name, &kNameTable[i]);
+    static const auto* names = [] {
+        auto* map = new std::unordered_map<std::string_view, const NameEntry*>;
+        map->reserve(kNameTableSize);
+        for (std::size_t i = 0; i < kNameTableSize; ++i) map->emplace(kNameTable[i].name, &kNameTable[i]);
         return map;
     }();
-    return names;
+    return *names;
 }
 
 }  // namespace

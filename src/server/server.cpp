@@ -1,25 +1,18 @@
 #include "server/server.h"
 
-#include <cstdio>
 #include <exception>
 #include <system_error>
 
 #include "UI_App/GuiApp.h"
 #include "server/connection.h"
-#include "server/main_thread.h"
-#include "server/socket_stream.h"
 
 namespace tvapic::server {
 
 namespace asio = boost::asio;
 using asio::ip::tcp;
+using boost::system::error_code;
 
 namespace {
-
-void Report(const char* what) {
-    std::fprintf(stderr, "API Server: %s\n", what);
-    std::fflush(stderr);
-}
 
 // A port left in TIME_WAIT by an earlier run can be bound again at once. On
 // Windows SO_REUSEADDR would also let the listener bind over a port another
@@ -33,19 +26,22 @@ void ReuseAddress(tcp::acceptor& acceptor) {
 #endif
 }
 
+std::string Describe(const error_code& error, const char* what) { return boost::system::system_error(error, what).what(); }
+
 }  // namespace
 
 Server& Server::Instance() {
-    static Server server;
-    return server;
+    static auto* server = new Server;
+    return *server;
 }
 
 bool Server::Start(std::uint16_t port) {
+    std::lock_guard lifecycle(lifecycle_);
     if (!GuiApp()->UseStartPort()) {
         if (port == 0) return false;
         port_ = port;
     }
-    SetListening(Listening::Pending);
+    io_.restart();  // after a stop, the context has stopped
     try {
         // Assigning over a thread that is still held terminates the process:
         // starting twice without a stop is the host's programming error.
@@ -53,96 +49,135 @@ bool Server::Start(std::uint16_t port) {
         running_ = true;
         return true;
     } catch (const std::system_error&) {
-        // No thread could be made: the server simply does not run.
-        SetListening(Listening::No);
-        return false;
+        return false;  // no thread could be made: the server simply does not run
     }
 }
 
-void Server::SetListening(Listening state) {
-    {
-        std::lock_guard lock(listening_mutex_);
-        listening_ = state;
-    }
-    listening_changed_.notify_all();
+void Server::ServerThreadFunc() {
+    if (!Listen()) return;
+    Accept();
+    RunIo();
 }
 
-bool Server::Listen(tcp::acceptor& acceptor) {
+bool Server::Listen() {
     try {
         tcp::endpoint endpoint(asio::ip::address_v4::any(), port_);
-        acceptor.open(endpoint.protocol());
-        ReuseAddress(acceptor);
-        acceptor.bind(endpoint);
-        acceptor.listen(0x7FFFFFFF);
+        acceptor_.open(endpoint.protocol());
+        ReuseAddress(acceptor_);
+        acceptor_.bind(endpoint);
+        acceptor_.listen(0x7FFFFFFF);
         return true;
     } catch (const boost::system::system_error& e) {
         // A port already taken must not end the application that holds the
         // user's work: the server simply does not run.
         Report(e.what());
+        error_code ignored;
+        acceptor_.close(ignored);
         return false;
     }
 }
 
-void Server::ServerThreadFunc() {
-    tcp::acceptor acceptor(io_);
-    bool listening = Listen(acceptor);
-    SetListening(listening ? Listening::Yes : Listening::No);
-    if (!listening) return;
+void Server::Accept() {
+    acceptor_.async_accept([this](const error_code& error, tcp::socket socket) { OnAccept(error, std::move(socket)); });
+}
+
+void Server::OnAccept(const error_code& error, tcp::socket socket) {
+    if (!acceptor_.is_open()) return;  // shut down
+    if (stop_) {
+        // A start after a stop: its first connection ends it, unserved.
+        error_code ignored;
+        acceptor_.close(ignored);
+        return;
+    }
+    if (error) {
+        Report(Describe(error, "accept"));
+        accept_retry_.expires_after(kAcceptRetry);
+        accept_retry_.async_wait([this](const error_code& cancelled) {
+            if (!cancelled) Accept();
+        });
+        return;
+    }
+    Admit(std::move(socket));
+    Accept();
+}
+
+void Server::Admit(tcp::socket socket) {
+    switch (connections_.MakeRoom()) {
+        case ConnectionManager::Room::None: {
+            Report("connection limit of " + std::to_string(ConnectionManager::kMaxConnections) +
+                   " reached: a new connection was closed");
+            return;  // the socket closes here
+        }
+        case ConnectionManager::Room::Made:
+            Report("connection limit of " + std::to_string(ConnectionManager::kMaxConnections) +
+                   " reached: the connection silent longest was closed");
+            break;
+        case ConnectionManager::Room::Free: break;
+    }
+    auto connection = std::make_shared<Connection>(std::move(socket), *this);
+    connections_.Add(connection);
+    connection->Start();
+}
+
+void Server::RunIo() {
     for (;;) {
         try {
-            boost::system::error_code error;
-            acceptor.accept(connection_, error);
-            if (error) throw boost::system::system_error(error, "accept");
-            if (stop_) {
-                acceptor.close();
-                connection_.close(error);
-                return;
-            }
-            Serve();
+            io_.run();
+            return;
         } catch (const std::exception& e) {
-            // A stop that cut a connection short is no fault of that client's.
-            if (!stop_) Report(e.what());
+            Report(e.what());
+        } catch (...) {
+            Report("an error that is not a standard one");
         }
-        boost::system::error_code ignored;
-        connection_.close(ignored);  // also after a failed call: the socket serves the next one
     }
 }
 
-void Server::Serve() {
-    SocketStream stream(io_, connection_);
-    ServeConnection(stream, [this](std::function<void()> work) { return RunOnMainThread(std::move(work), stop_); });
+void Server::Report(const std::string& what) {
+    report_.Add(what, ErrorReport::Clock::now());
+    FlushReportWhenDue();
+}
+
+// The counts of repeated errors are written when their second is over; the
+// timer runs only while a count is held.
+void Server::FlushReportWhenDue() {
+    if (report_flush_due_) return;
+    std::optional<ErrorReport::Clock::time_point> due = report_.Flush(ErrorReport::Clock::now());
+    if (!due) return;
+    report_flush_due_ = true;
+    report_flush_.expires_at(*due);
+    report_flush_.async_wait([this](const error_code&) {
+        report_flush_due_ = false;
+        if (!stop_) FlushReportWhenDue();
+    });
+}
+
+void Server::Shutdown() {
+    error_code ignored;
+    acceptor_.close(ignored);
+    accept_retry_.cancel();
+    report_flush_.cancel();
+    connections_.CloseAll();
+    report_.FlushAll();
 }
 
 void Server::Stop() {
+    std::lock_guard lifecycle(lifecycle_);
     if (!running_) return;
     stop_ = true;
-    {
-        std::unique_lock lock(listening_mutex_);
-        listening_changed_.wait(lock, [this] { return listening_ != Listening::Pending; });
-        if (listening_ == Listening::No) {
-            // The thread ended without listening: there is nobody to wake,
-            // and whoever holds the port is none of ours.
-            lock.unlock();
-            if (thread_.joinable()) thread_.join();
-            thread_ = std::thread();
-            return;
-        }
+    // Taken first, ended last: the main thread runs none of these now.
+    auto dropped = main_thread_.TakeAll();
+    try {
+        asio::post(io_, [this] { Shutdown(); });
+        if (thread_.joinable()) thread_.join();
+        thread_ = std::thread();
+        // Nothing else runs the context now. What is left in it (the
+        // shutdown, if the thread had ended already; the answer to a call
+        // that was running) runs here, cut short by the stop.
+        io_.restart();
+        io_.poll();
+    } catch (const std::exception& e) {
+        ErrorReport::WriteLine(std::string("API Server: ") + e.what());  // the thread may still run: not through report_
     }
-    // A transfer under way ends now rather than at its deadline: the stop
-    // may come from the main thread, which must not wait on a client.
-    asio::post(io_, [this] {
-        boost::system::error_code ignored;
-        connection_.cancel(ignored);
-    });
-    asio::io_context wake_io;
-    tcp::socket wake(wake_io);
-    wake.connect(tcp::endpoint(asio::ip::make_address_v4("127.0.0.1"), port_));
-    const std::uint32_t zero = 0;
-    asio::write(wake, asio::buffer(&zero, sizeof zero));
-    thread_.join();
-    thread_ = std::thread();
-    boost::system::error_code ignored;
-    wake.close(ignored);
 }
 
 }  // namespace tvapic::server

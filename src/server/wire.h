@@ -12,10 +12,11 @@ namespace tvapic::server {
 
 using WireText = std::basic_string<tvWChar>;
 
-// The longest function name and text this server reads; longer counts are
-// refused before anything is allocated.
+// The longest function name this server reads, and the most text bytes one
+// request may carry, all its texts together (and so each of them). Larger
+// counts are refused as soon as they arrive, before anything is allocated.
 constexpr std::uint64_t kMaxNameBytes = 4096;
-constexpr std::uint64_t kMaxTextBytes = 64ull << 20;
+constexpr std::uint64_t kMaxRequestTextBytes = 64ull << 20;
 
 // What one argument of a request is on the wire.
 enum class WireKind : std::uint8_t { U64, I32, F64, Text, SlotI32, SlotF64 };

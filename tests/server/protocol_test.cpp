@@ -136,7 +136,7 @@ TEST_F(Protocol, AClientThatLeavesMidArgumentIsReportedOnceAndTheNextIsServed) {
     EXPECT_EQ(document->calls[0].operation, "IsChanged");
 }
 
-TEST_F(Protocol, TwoClientsAreServedInTheOrderOfAcceptance) {
+TEST_F(Protocol, TwoClientsAreServedInTheOrderTheirRequestsComplete) {
     namespace asio = boost::asio;
     using asio::ip::tcp;
     asio::io_context io;
@@ -144,16 +144,18 @@ TEST_F(Protocol, TwoClientsAreServedInTheOrderOfAcceptance) {
     tcp::socket first(io), second(io);
     first.connect(server);
     second.connect(server);
-    // The second client's request is complete first; the first is still served first.
+    // The first client's request is complete only once the second has been answered.
+    std::string first_request = Name("IApplication_SetCurrentDirectory") + Text("first");
+    asio::write(first, asio::buffer(first_request.substr(0, 12)));
     asio::write(second, asio::buffer(Name("IApplication_SetCurrentDirectory") + Text("second")));
-    asio::write(first, asio::buffer(Name("IApplication_SetCurrentDirectory") + Text("first")));
     char c;
     boost::system::error_code done;
-    first.read_some(asio::buffer(&c, 1), done);
     second.read_some(asio::buffer(&c, 1), done);
+    asio::write(first, asio::buffer(first_request.substr(12)));
+    first.read_some(asio::buffer(&c, 1), done);
     ASSERT_EQ(app_->calls.size(), 2u);
-    EXPECT_EQ(app_->calls[0].args[0], "\"first\"");
-    EXPECT_EQ(app_->calls[1].args[0], "\"second\"");
+    EXPECT_EQ(app_->calls[0].args[0], "\"second\"");
+    EXPECT_EQ(app_->calls[1].args[0], "\"first\"");
 }
 
 }  // namespace

@@ -2,17 +2,21 @@
 
 #include <chrono>
 #include <cstring>
+#include <functional>
 
 #include "UI_App/GuiApp.h"
 #include "shell/library_loader.h"
 
 #if defined(_WIN32)
+#include <windows.h>
+#include <psapi.h>
 #include <io.h>
 #define dup _dup
 #define dup2 _dup2
 #define fileno _fileno
 #define close _close
 #else
+#include <sys/resource.h>
 #include <unistd.h>
 #endif
 
@@ -46,6 +50,50 @@ std::string Call(std::uint16_t port, const std::string& request) {
         if (error) break;  // end of stream, or a reset after the response
     }
     return response;
+}
+
+std::optional<std::string> CallWithin(std::uint16_t port, const std::string& request, std::chrono::milliseconds limit,
+                                      bool half_close) {
+    asio::io_context io;
+    tcp::socket socket(io);
+    socket.connect(tcp::endpoint(asio::ip::make_address_v4("127.0.0.1"), port));
+    boost::system::error_code ignored;
+    asio::write(socket, asio::buffer(request), ignored);
+    if (half_close) socket.shutdown(tcp::socket::shutdown_send, ignored);
+    std::string response;
+    bool closed = false;
+    char buffer[4096];
+    std::function<void(boost::system::error_code, std::size_t)> on_read = [&](boost::system::error_code error,
+                                                                               std::size_t n) {
+        response.append(buffer, n);
+        if (error) closed = true;  // end of stream, or a reset after the response
+        else socket.async_read_some(asio::buffer(buffer), on_read);
+    };
+    socket.async_read_some(asio::buffer(buffer), on_read);
+    io.run_for(limit);
+    if (closed) return response;
+    return std::nullopt;
+}
+
+std::vector<std::unique_ptr<tcp::socket>> Connect(asio::io_context& io, std::uint16_t port, int count) {
+    std::vector<std::unique_ptr<tcp::socket>> sockets;
+    for (int i = 0; i < count; ++i) {
+        sockets.push_back(std::make_unique<tcp::socket>(io));
+        sockets.back()->connect(tcp::endpoint(asio::ip::make_address_v4("127.0.0.1"), port));
+    }
+    return sockets;
+}
+
+std::size_t PeakMemoryKiB() {
+#if defined(_WIN32)
+    PROCESS_MEMORY_COUNTERS counters{};
+    GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+    return counters.PeakWorkingSetSize / 1024;
+#else
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return static_cast<std::size_t>(usage.ru_maxrss);  // KiB on Linux
+#endif
 }
 
 template <class T>

@@ -6,10 +6,14 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <memory>
+#include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "server/asio.h"
 #include "shell/main_loop.h"
@@ -40,6 +44,19 @@ std::uint16_t StartOnFreePort(tvapic::ITvAPICEntry* entry);
 // reads until the server closes.
 // A reset after the response counts as its end.
 std::string Call(std::uint16_t port, const std::string& request);
+
+// One call that gives up after `limit`: the response, or nothing when the
+// server has not closed the connection by then. Without `half_close` the
+// client never tells the server that its request is complete.
+std::optional<std::string> CallWithin(std::uint16_t port, const std::string& request, std::chrono::milliseconds limit,
+                                      bool half_close = true);
+
+// `count` connections to the port, made one after the other, that send nothing.
+std::vector<std::unique_ptr<boost::asio::ip::tcp::socket>> Connect(boost::asio::io_context& io, std::uint16_t port,
+                                                                   int count);
+
+// The most memory the process has held resident so far, in KiB.
+std::size_t PeakMemoryKiB();
 
 // Request pieces, little-endian.
 std::string U64(std::uint64_t v);

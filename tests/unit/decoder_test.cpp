@@ -5,12 +5,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <span>
 #include <string>
 #include <variant>
 
-#include "server/connection.h"
 #include "server/decoder.h"
-#include "server/memory_stream.h"
+#include "server/request_buffer.h"
 
 namespace tvapic::server {
 namespace {
@@ -100,39 +100,41 @@ TEST(Decoder, TextThatIsNotUtf8IsAnError) {
     }
 }
 
-// A memory stream that remembers the largest read it was asked for.
-class MeasuredStream final : public ByteStream {
-public:
-    explicit MeasuredStream(std::string request) : inner_(std::move(request)) {}
-    void ReadExact(void* buffer, std::size_t n) override {
-        largest_read = std::max(largest_read, n);
-        inner_.ReadExact(buffer, n);
+// Feeds `request` to a buffer in reads of at most `chunk` bytes, as a
+// connection does; the largest room it was offered, via `largest`.
+Decoded Feed(RequestBuffer& buffer, const std::string& request, std::size_t chunk, std::size_t& largest) {
+    std::size_t at = 0;
+    for (;;) {
+        std::span<char> room = buffer.Room();
+        largest = std::max(largest, room.size());
+        std::size_t n = std::min({room.size(), chunk, request.size() - at});
+        std::memcpy(room.data(), request.data() + at, n);
+        at += n;
+        Decoded decoded = buffer.Arrived(n);
+        if (!std::holds_alternative<NeedBytes>(decoded) || at == request.size()) return decoded;
     }
-    void WriteExact(const void* data, std::size_t n) override { inner_.WriteExact(data, n); }
-    void Close() override { inner_.Close(); }
-    std::size_t unread() const { return inner_.unread(); }
+}
 
-    std::size_t largest_read = 0;
-
-private:
-    MemoryStream inner_;
-};
-
-TEST(ReadRequest, ADeclaredLengthIsReadInPiecesAsItArrives) {
+TEST(RequestBuffer, ADeclaredLengthIsReadInPiecesAsItArrives) {
     std::string set = Counted("IApplication_SetCurrentDirectory");
-    MeasuredStream never(set + Bytes<std::uint64_t>(64ull << 20) + "abc");
-    EXPECT_THROW(ReadRequest(never), boost::system::system_error);
-    EXPECT_LE(never.largest_read, 64u * 1024u);
+    RequestBuffer never;
+    std::size_t largest = 0;
+    EXPECT_TRUE(std::holds_alternative<NeedBytes>(Feed(never, set + Bytes<std::uint64_t>(64ull << 20) + "abc", 1000, largest)));
+    EXPECT_LE(largest, 64u * 1024u);
 
     // 'é' is two bytes: with an odd prefix, some land across a piece boundary.
     std::string utf8 = "x";
     while (utf8.size() < 200 * 1024) utf8 += "\xC3\xA9";
-    MeasuredStream whole(set + Counted(utf8) + "after");
-    Request r = ReadRequest(whole);
-    const WireText& text = std::get<WireText>(r.args[0]);
-    ASSERT_EQ(text.size(), 1 + (utf8.size() - 1) / 2);
-    EXPECT_TRUE(std::all_of(text.begin() + 1, text.end(), [](auto unit) { return unit == 0xE9; }));
-    EXPECT_EQ(whole.unread(), 5u);  // bytes after the request are not read
+    for (std::size_t chunk : {std::size_t{1} << 20, std::size_t{4093}}) {
+        RequestBuffer whole;
+        largest = 0;
+        Decoded d = Feed(whole, set + Counted(utf8) + "after", chunk, largest);
+        ASSERT_TRUE(std::holds_alternative<Request>(d)) << chunk;
+        const WireText& text = std::get<WireText>(std::get<Request>(d).args[0]);
+        ASSERT_EQ(text.size(), 1 + (utf8.size() - 1) / 2);
+        EXPECT_TRUE(std::all_of(text.begin() + 1, text.end(), [](auto unit) { return unit == 0xE9; }));
+        EXPECT_LE(largest, 64u * 1024u);
+    }
 }
 
 }  // namespace
