@@ -41,7 +41,6 @@ bool Server::Start(std::uint16_t port) {
         if (port == 0) return false;
         port_ = port;
     }
-    io_.restart();  // after a stop, the context has stopped
     try {
         // Assigning over a thread that is still held terminates the process:
         // starting twice without a stop is the host's programming error.
@@ -54,6 +53,7 @@ bool Server::Start(std::uint16_t port) {
 }
 
 void Server::ServerThreadFunc() {
+    io_.restart();  // after a stop the context has stopped; nothing else runs it now
     if (!Listen()) return;
     Accept();
     RunIo();
