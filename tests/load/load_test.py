@@ -2,24 +2,41 @@
 """The API Server under load and faults: a tvhost of its own, warmed up, then
 the load tool (tools/server_load) against it. No wrong and no lost answers;
 the server still serves, its resident memory grew by no more than the bound,
-and it stops on its signal having written nothing but its own reports.
+and it stops on its signal having written nothing but its own reports. Each
+stop (its signal makes tvhost stop the server, as the host does from its
+main thread) comes while 50 connections are held, silent, half a request
+sent or a request complete, and, in every other tvhost, while four clients
+call without pause: the first tvhost's, then those of --stop-trials more.
 
-    load_test.py --tvhost PATH --load PATH [--calls 3000] [--rss-growth-limit-kib N] [--emulator COMMAND]
+    load_test.py --tvhost PATH --load PATH [--calls 3000] [--rss-growth-limit-kib N] [--stop-trials N]
+                 [--emulator COMMAND]
 
---emulator runs both under a command (`wine`); tvhost then stops on SIGINT, Wine's Ctrl-C.
+--emulator runs both under a command (`wine`); tvhost then stops on SIGINT,
+Wine's Ctrl-C, and takes longer to end.
 """
 import argparse
 import re
 import shlex
+import socket
+import struct
 import subprocess
 import sys
 import tempfile
+import threading
+import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "common"))
 import tvhost_process  # noqa: E402
 
 REPORT = re.compile(r"calls (\d+), correct (\d+), wrong (\d+), lost (\d+)")
+
+
+def counted(*texts):
+    return b"".join(struct.pack("<Q", len(t)) + t for t in texts)
+
+
+SET_DIRECTORY = counted(b"IApplication_SetCurrentDirectory", b"folder")
 
 
 def resident_kib(pid):
@@ -41,12 +58,57 @@ def answered_all(run):
     return run.returncode == 0 and bool(report) and report[1] == report[2] and report[3] == report[4] == "0"
 
 
+def calls_until(port, end):
+    """Calls one after the other until `end` is set; what a stop cuts short is no fault."""
+    while not end.is_set():
+        try:
+            with socket.create_connection(("127.0.0.1", port), timeout=5) as s:
+                s.sendall(counted(b"IApplication_GetBuildNumber"))
+                s.shutdown(socket.SHUT_WR)
+                while s.recv(64):
+                    pass
+        except OSError:
+            time.sleep(0.005)
+
+
+def stop_while_busy(proc, port, emulated, with_stream):
+    """Stops tvhost while 50 connections are held and, with_stream, four
+    clients call without pause: a failure's description, or None."""
+    what = "with 50 connections held" + (" and calls in flight" if with_stream else "")
+    end = threading.Event()
+    streams = [threading.Thread(target=calls_until, args=(port, end)) for _ in range(4 if with_stream else 0)]
+    held = []
+    try:
+        for i in range(50):  # silent, half a request sent, a request complete
+            held.append(socket.create_connection(("127.0.0.1", port), timeout=5))
+            held[-1].sendall([b"", SET_DIRECTORY[:20], SET_DIRECTORY][i % 3])
+    except OSError as error:
+        what += f" (but: {error})"
+    for t in streams:
+        t.start()
+    time.sleep(0.3)
+    start = time.monotonic()
+    stopped = tvhost_process.stop(proc, emulated=emulated)
+    took = time.monotonic() - start
+    end.set()
+    for t in streams:
+        t.join()
+    for s in held:
+        s.close()
+    print(f"load_test: tvhost stopped {what} in {took:.2f} s")
+    if stopped is None or stopped[0] != 0 or "tvhost: stopped" not in stopped[1]:
+        return f"tvhost did not stop cleanly {what}: {stopped and stopped[0]}"
+    # The stop itself returns within a second; under an emulator the process's own end takes longer.
+    return f"tvhost took {took:.2f} s to stop {what}" if took > (5 if emulated else 1) else None
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--tvhost", required=True)
     parser.add_argument("--load", required=True)
     parser.add_argument("--calls", type=int, default=3000)
     parser.add_argument("--rss-growth-limit-kib", type=int)
+    parser.add_argument("--stop-trials", type=int, default=0)
     parser.add_argument("--emulator", default="", help="command that runs both programs, e.g. wine")
     args = parser.parse_args()
     emulator = shlex.split(args.emulator)
@@ -75,11 +137,12 @@ def main():
                 if growth > args.rss_growth_limit_kib:
                     failures.append(f"resident memory grew by {growth} KiB")
         finally:
-            stopped = tvhost_process.stop(proc, emulated=bool(emulator))
-        if stopped is None:
-            failures.append("tvhost did not stop on its signal")
-        elif stopped[0] != 0 or "tvhost: stopped" not in stopped[1]:
-            failures.append(f"tvhost ended with {stopped[0]}")
+            failures.append(stop_while_busy(proc, port, bool(emulator), with_stream=True))
+        for trial in range(args.stop_trials):
+            proc, port = tvhost_process.start(tvhost, "--files", scratch, stderr=server_errors, cwd=scratch, timeout=60)
+            failures.append(stop_while_busy(proc, port, bool(emulator), with_stream=trial % 2 == 0)
+                            if port else "tvhost did not start serving")
+        failures = [f for f in failures if f]
         server_errors.seek(0)
         foreign = [line for line in server_errors.read().splitlines() if not line.startswith("API Server: ")]
         if foreign:
