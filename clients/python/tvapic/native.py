@@ -102,6 +102,7 @@ class Function:
         self.result_kind, self.params = _parse(FUNCTIONS[name])
         self._bound = None
         self._after = None
+        self._root = _simulated_host.root_of(name)
         self.__signature__ = self._signature()
         self.__doc__ = self._doc()
 
@@ -145,6 +146,8 @@ class Function:
 
     def __call__(self, *args, **kwargs):
         cfunc, params, result = self._bound or self._bind_library()
+        if self._root:
+            _simulated_host.require_root(self._root, self.__name__)
         try:
             values = self._values(args, kwargs)
         except TypeError as e:
