@@ -50,8 +50,9 @@ _kinds_of_library = None
 def load(path=None):
     """Loads the library now (it is otherwise loaded by the first call) and returns its path.
 
-    Without a path: TVAPIC_LIBRARY, then libtvAPIC beside the package, then
-    the system's loader.
+    Without a path: TVAPIC_LIBRARY, then libtvAPIC beside the package (or
+    in its parent folder, or in the lib folder beside that, as in the build
+    tree), then the system's loader.
     """
     return _cdll.load(path)[0]
 
