@@ -25,11 +25,19 @@ class TestArguments:
         assert parse("ITavraDocument2D_MoveObjects", "0", "-1.5", "2") == [None, -1.5, 2.0]
         assert parse("IApplication_GetSystemVersion", "-", "0x10", "-", "-3") == [None, 16, None, -3]
 
+    def test_the_values_help_writes_are_read_and_slots_left_out_at_the_end_hold_0(self):
+        assert parse("IDocuments_GetItem", "None", "1") == [None, 1]
+        assert parse("IApplication_GetSystemVersion", "None", "-") == [None, None, 0, 0]
+        assert parse("IApplication_GetSystemVersion") == [0, 0, 0, 0]
+        assert parse("IDocuments_GetLoadCombinations", "0x2", "a.tvd") == [Handle(2), "a.tvd", 0]
+
     @pytest.mark.parametrize("fn, words, message", [
         ("IDocuments_GetItem", ["doc", "1"], "'documents' expects a handle"),
         ("IDocuments_GetItem", ["0x1", "-"], "'index' expects an integer, not '-'"),
         ("ITavraDocument2D_MoveObjects", ["0x1", "x", "1"], "'dx' expects a number"),
         ("IDocuments_GetItem", ["0x1"], "takes 2 arguments \\(documents index\\), 1 given"),
+        ("IDocuments_GetLoadCombinations", ["0x1"], "takes 2 to 3 arguments"),
+        ("IApplication_GetSystemVersion", ["0"] * 5, "takes 0 to 4 arguments"),
     ])
     def test_bad_words_are_refused(self, fn, words, message):
         with pytest.raises(ValueError, match=message):
@@ -111,9 +119,19 @@ def run(port, *words):
 
 
 def test_calls_through_the_command(tvhost):
-    _, port = tvhost
+    client, port = tvhost
     done = run(port, "IApplication_GetSystemVersion", "0", "-", "0", "-")
     assert (done.returncode, done.stdout) == (0, "26\n-\n0\n-\ntrue\n"), done.stderr
+    assert run(port, "IApplication_GetSystemVersion").stdout == "26\n1\n0\n2611\ntrue\n"
+    # A result that does not travel is said so, and the call counts as unanswered.
+    drawing = client.IDocuments_Add(client.IApplication_GetDocuments(), 1, False)
+    views = client.IViewsAndLayersManager_GetViews(client.ITavraDocument2D_GetViewsAndLayersManager(drawing))
+    segment = client.ILineSegments_Add(client.IDrawingContainer_GetLineSegments(client.IViews_GetActiveView(views)))
+    done = run(port, "ILineSegment_GetX2", str(int(segment)))
+    assert (done.returncode, done.stdout) == (1, ""), done.stderr
+    assert done.stderr == ("tvapic: ILineSegment_GetX2 ran, but its double result does not travel back through the "
+                           "API Server: call it in process (tvapic.native) for its value\n")
+    assert client.ITavraDocument_Close(drawing, False)
     documents = run(port, "IApplication_GetDocuments").stdout.strip()
     document = run(port, "IDocuments_Add", documents, "1", "false").stdout.strip()
     assert run(port, "ITavraDocument_SetAuthor", document, "Zoë \U0001F600").stdout == ""
