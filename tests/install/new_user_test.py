@@ -1,19 +1,7 @@
-"""A new user's first hour, scripted: every example of README.md and
-clients/python/README.md runs as written (tests/install/readme.py), the
-installed ones with the test's own prefix in place of /opt/tvapic and its
-tvhost's port in place of 8001.
-
-- `cmake --install` into a fresh prefix gives what a user is promised; a C
-  program builds against it with CMake's package and with pkg-config, and
-  runs; the README's C programs build with its own command line and run.
-- `pip install ./clients/python` into a fresh virtual environment; the
-  Python examples run remotely against the installed tvhost and in process
-  told only TVAPIC_LIBRARY; the command line's example runs; mypy accepts
-  every Python example.
-- The C# examples build with the README's mcs and mono lines, against the
-  install (remotely too) and from the build tree.
-- From the build tree, with the one setting the README gives, the Python
-  example runs in process.
+"""A new user's first hour: every example of README.md and
+clients/python/README.md as written (tests/install/readme.py), against a
+fresh install (its prefix for /opt/tvapic, its tvhost's port for 8001) and
+from the build tree, printing what it should; mypy on the Python ones.
 
     new_user_test.py --source REPO --build BUILD --work SCRATCH [--cc CC] [--dotnet]
 """
@@ -25,6 +13,7 @@ import sys
 from pathlib import Path
 
 import readme
+from readme import expect, problems
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "common"))
 import tvhost_process  # noqa: E402
@@ -38,9 +27,6 @@ INSTALLED = """include/tvAPIC.h lib/libtvAPIC.so lib/libtvAPIC.so.0 lib/cmake/tv
     include/tvAPIC-simulated-host/sim/sim.h lib/cmake/tvAPIC/tvAPICSimulatedHostTargets.cmake
     lib/pkgconfig/tvAPIC-simulated-host.pc lib/libtvsim.so lib/libtvapi.so lib/libtvSys2.so
     lib/libtvEventsBus.so lib/libUI_App.so bin/tvhost""".split()
-STAND_IN_SAYS = "tvapi stand-in: no application installed: outside the application, call tvsim_start()"
-
-problems = []
 
 
 def run(command, what, **options):
@@ -55,12 +41,6 @@ def shell(script, what, **options):
     return run(["bash", "-e", "-c", script], what, **options)
 
 
-def expect(name, output):
-    problem = readme.check_output(name, output)
-    if problem:
-        problems.append(problem)
-
-
 def clean_environment(**extra):
     """The environment of a user who has set nothing for this project."""
     env = {k: v for k, v in os.environ.items() if k not in (
@@ -70,39 +50,30 @@ def clean_environment(**extra):
     return env
 
 
-def installed(text, prefix):
-    return text.replace("/opt/tvapic", str(prefix))
-
-
 def c_programs(args, prefix, examples):
-    """tests/install/consumer built with find_package, then with pkg-config's flags and a run path; both run.
-    Then the README's C examples, each built and run by the README's own lines."""
+    """tests/install/consumer, built with CMake's package, told what to call; the README's C examples."""
     source, build = args.source / "tests" / "install" / "consumer", args.work / "consumer"
     run(["cmake", "-S", source, "-B", build, f"-DCMAKE_PREFIX_PATH={prefix}", f"-DCMAKE_C_COMPILER={args.cc}"],
         "configuring the CMake consumer", env=clean_environment())
     run(["cmake", "--build", build], "building the CMake consumer", env=clean_environment())
-    flags = run(["pkg-config", "--cflags", "--libs", "tvAPIC", "tvAPIC-simulated-host"], "pkg-config",
-                env=clean_environment(PKG_CONFIG_PATH=str(prefix / "lib" / "pkgconfig"))).split()
-    run([args.cc, "-std=c99", source / "consumer.c", *flags, f"-Wl,-rpath,{prefix}/lib", "-o", build / "from_pc"],
-        "building the pkg-config consumer", env=clean_environment())
-    for program in (build / "consumer", build / "from_pc"):
-        done = subprocess.run([program], capture_output=True, text=True, timeout=60, env=clean_environment())
-        if done.returncode != 0 or STAND_IN_SAYS not in done.stderr:
-            problems.append(f"the consumer {program.name}: {done.returncode}, {done.stdout!r}, {done.stderr!r}")
+    done = subprocess.run([build / "consumer"], capture_output=True, text=True, timeout=60, env=clean_environment())
+    if done.returncode != 0 or "outside the application, call tvsim_start()" not in done.stderr:
+        problems.append(f"the consumer: {done.returncode}, {done.stdout!r}, {done.stderr!r}")
     folder = args.work / "c"
     folder.mkdir()
     for name in ("first", "events"):
         (folder / f"{name}.c").write_text(examples[name], encoding="utf-8")
-        build_and_run = installed(examples["c-build"], prefix).replace("first", name)
-        expect(name, shell(build_and_run, f"the README's C example {name}", cwd=folder,
-                           env=clean_environment(CC=args.cc)))
+        build_and_run = examples["c-build"].replace("/opt/tvapic", str(prefix)).replace("first", name)
+        expect(name, shell(build_and_run, f"the README's C example {name}", cwd=folder, env=clean_environment()))
 
 
-def csharp(name, code, build_lines, folder, env):
-    """A C# example saved as the README says, built and run by its lines."""
+def csharp(examples, name, folder, lib="build/lib", port=None):
+    """A C# example saved as the README says, built and run by its lines (lib: where TvApic.dll lies)."""
+    code = examples["csharp-remote" if name == "remote" else "csharp"]
     folder.mkdir(parents=True, exist_ok=True)
-    (folder / f"{name}.cs").write_text(code, encoding="utf-8")
-    return shell(build_lines.replace("first", name), f"the README's C# example {name}", cwd=folder, env=env)
+    (folder / f"{name}.cs").write_text(code.replace("8001", str(port)) if port else code, encoding="utf-8")
+    lines = examples["csharp-build"].replace("build/lib", str(lib)).replace("first", name)
+    return shell(lines, f"the README's C# example {name}", cwd=folder, env=clean_environment())
 
 
 def remote_examples(args, prefix, examples, venv):
@@ -121,9 +92,8 @@ def remote_examples(args, prefix, examples, venv):
         expect("cli", shell(cli, "the command line's example", cwd=args.work,
                             env=clean_environment(PATH=f"{venv / 'bin'}:{os.environ['PATH']}")))
         if args.dotnet:
-            build_lines = examples["csharp-build"].replace("build/lib", str(prefix / "lib"))
-            code = examples["csharp-remote"].replace("8001", str(port))
-            expect("csharp-remote", csharp("remote", code, build_lines, args.work / "csharp", clean_environment()))
+            expect("csharp-remote", csharp(examples, "remote", args.work / "csharp", prefix / "lib", port))
+            expect("csharp", csharp(examples, "first", args.work / "csharp", prefix / "lib"))
     finally:
         tvhost_process.stop(tvhost)
 
@@ -137,7 +107,7 @@ def build_tree_examples(args, examples):
     expect("in-process", shell(examples["python-build-tree"], "the in-process example from the build tree",
                                cwd=folder, env=clean_environment()))
     if args.dotnet:
-        expect("csharp", csharp("first", examples["csharp"], examples["csharp-build"], folder, clean_environment()))
+        expect("csharp", csharp(examples, "first", folder))
 
 
 def main():
@@ -148,9 +118,9 @@ def main():
     parser.add_argument("--cc", default="cc")
     parser.add_argument("--dotnet", action="store_true", help="the build has the C# binding: run its examples")
     args = parser.parse_args()
-    examples, mistakes = readme.examples(args.source)
-    if mistakes:
-        sys.exit("new_user_test: " + "\n".join(mistakes))
+    examples = readme.examples(args.source)
+    if problems:
+        sys.exit("new_user_test: " + "\n".join(problems))
     shutil.rmtree(args.work, ignore_errors=True)
     scripts = args.work / "scripts"
     scripts.mkdir(parents=True)
@@ -173,9 +143,6 @@ def main():
     library = clean_environment(TVAPIC_LIBRARY=str(prefix / "lib" / "libtvAPIC.so.0"))
     for name in ("in-process", "native", "objects"):
         expect(name, run([python, "-c", examples[name]], f"the example {name}", env=library, cwd=args.work))
-    if args.dotnet:
-        build_lines = examples["csharp-build"].replace("build/lib", str(prefix / "lib"))
-        expect("csharp", csharp("first", examples["csharp"], build_lines, args.work / "csharp", clean_environment()))
     build_tree_examples(args, examples)
 
     if subprocess.run(["/usr/bin/python3", "-m", "mypy", "--version"], capture_output=True).returncode != 0:
