@@ -5,12 +5,12 @@
   interface A to Z, the groups, the handle base and the vector and value
   functions;
 - one page per interface group: each interface with its IID text, where its
-  objects come from, how to reach it from the application (catalogue/answers.txt
-  adds the objects that answer more than one interface), and each export with
-  its C signature, in which every
-  handle, list and enumeration names its interface or enumeration, what the
-  caller owns of the result, and for remotable functions their wire values
-  linked to the protocol document;
+  objects come from, how to reach it from the application (following the
+  objects that answer more than one interface, catalogue/answers.txt), and
+  each export with its C signature, in which every handle, list and
+  enumeration names its interface or enumeration, what the caller owns of
+  the result, and for remotable functions their wire values linked to the
+  protocol document;
 - enums.html: every enumeration the catalogue names, with the values the
   simulated host gives meaning to;
 - protocol.html (and protocol.md as written) from the docs folder;

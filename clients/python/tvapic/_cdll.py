@@ -3,8 +3,9 @@
 The library is looked for, in order: at the path in TVAPIC_LIBRARY; beside
 the tvapic package, in its parent directory, or in the lib folder beside that
 (the build tree stages the package in build/python, the libraries lie in
-build/lib); by name through the system's loader (an installed library). Text crosses as UTF-16 units on every platform:
-ctypes' c_wchar is four bytes where wchar_t is, so it is never used.
+build/lib); by name through the system's loader (an installed library).
+Text crosses as UTF-16 units on every platform: ctypes' c_wchar is four
+bytes where wchar_t is, so it is never used.
 """
 
 import ctypes
