@@ -22,7 +22,6 @@ import struct
 import subprocess
 import sys
 import tempfile
-import threading
 import time
 from pathlib import Path
 
@@ -58,25 +57,10 @@ def answered_all(run):
     return run.returncode == 0 and bool(report) and report[1] == report[2] and report[3] == report[4] == "0"
 
 
-def calls_until(port, end):
-    """Calls one after the other until `end` is set; what a stop cuts short is no fault."""
-    while not end.is_set():
-        try:
-            with socket.create_connection(("127.0.0.1", port), timeout=5) as s:
-                s.sendall(counted(b"IApplication_GetBuildNumber"))
-                s.shutdown(socket.SHUT_WR)
-                while s.recv(64):
-                    pass
-        except OSError:
-            time.sleep(0.005)
-
-
-def stop_while_busy(proc, port, emulated, with_stream):
-    """Stops tvhost while 50 connections are held and, with_stream, four
-    clients call without pause: a failure's description, or None."""
+def stop_while_busy(proc, port, load_tool, emulated, with_stream):
+    """Stops tvhost while 50 connections are held and, with_stream, the load
+    tool's four clients call without pause: a failure's description, or None."""
     what = "with 50 connections held" + (" and calls in flight" if with_stream else "")
-    end = threading.Event()
-    streams = [threading.Thread(target=calls_until, args=(port, end)) for _ in range(4 if with_stream else 0)]
     held = []
     try:
         for i in range(50):  # silent, half a request sent, a request complete
@@ -84,15 +68,16 @@ def stop_while_busy(proc, port, emulated, with_stream):
             held[-1].sendall([b"", SET_DIRECTORY[:20], SET_DIRECTORY][i % 3])
     except OSError as error:
         what += f" (but: {error})"
-    for t in streams:
-        t.start()
-    time.sleep(0.3)
+    stream = with_stream and subprocess.Popen([*load_tool, "--port", str(port), "--calls", "1000000", "--threads", "4",
+                                               "--silent", "0", "--fault-rate", "0"], stdout=subprocess.DEVNULL,
+                                              stderr=subprocess.DEVNULL)
+    time.sleep(1 if with_stream else 0.3)
     start = time.monotonic()
     stopped = tvhost_process.stop(proc, emulated=emulated)
     took = time.monotonic() - start
-    end.set()
-    for t in streams:
-        t.join()
+    if stream:
+        stream.kill()
+        stream.wait()
     for s in held:
         s.close()
     print(f"load_test: tvhost stopped {what} in {took:.2f} s")
@@ -137,10 +122,10 @@ def main():
                 if growth > args.rss_growth_limit_kib:
                     failures.append(f"resident memory grew by {growth} KiB")
         finally:
-            failures.append(stop_while_busy(proc, port, bool(emulator), with_stream=True))
+            failures.append(stop_while_busy(proc, port, load_tool, bool(emulator), with_stream=True))
         for trial in range(args.stop_trials):
             proc, port = tvhost_process.start(tvhost, "--files", scratch, stderr=server_errors, cwd=scratch, timeout=60)
-            failures.append(stop_while_busy(proc, port, bool(emulator), with_stream=trial % 2 == 0)
+            failures.append(stop_while_busy(proc, port, load_tool, bool(emulator), with_stream=trial % 2 == 0)
                             if port else "tvhost did not start serving")
         failures = [f for f in failures if f]
         server_errors.seek(0)
