@@ -17,7 +17,7 @@ from pathlib import Path
 from . import model as model_mod
 from . import protocol_doc, stats
 from . import emit_server, emit_events, emit_exports, emit_header, emit_probes, emit_py_remote, emit_sim, emit_sweep
-from . import emit_apidoc, emit_pynative, emit_pyobjects, emit_stubs, emit_tvapi
+from . import emit_apidoc, emit_py_native, emit_py_objects, emit_py_native_stub, emit_py_objects_stub, emit_py_remote_stub, emit_tvapi
 from . import emit_csharp_native, emit_csharp_objects, emit_csharp_remote, emit_json
 
 
@@ -40,10 +40,11 @@ def outputs(model):
     files["server/handlers.cpp"] = lambda: emit_server.emit_handlers(model)
     files["server/wire_signatures.h"] = lambda: emit_server.emit_signature_table(model)
     files["python/tvapic/_remote.py"] = lambda: emit_py_remote.emit(model)
-    files["python/tvapic/_native.py"] = lambda: emit_pynative.emit(model)
-    files["python/tvapic/_objects.py"] = lambda: emit_pyobjects.emit(model)
-    for rel, make in emit_stubs.outputs(model).items():
-        files[f"python/tvapic/{rel}"] = make
+    files["python/tvapic/_native.py"] = lambda: emit_py_native.emit(model)
+    files["python/tvapic/_objects.py"] = lambda: emit_py_objects.emit(model)
+    files["python/tvapic/native.pyi"] = lambda: emit_py_native_stub.emit(model)
+    files["python/tvapic/objects.pyi"] = lambda: emit_py_objects_stub.emit(model)
+    files["python/tvapic/_remote.pyi"] = lambda: emit_py_remote_stub.emit(model)
     files["tvAPIC.catalogue.json"] = lambda: emit_json.emit(model)
     files["dotnet/Native.g.cs"] = lambda: emit_csharp_native.emit(model)
     files["dotnet/Objects.g.cs"] = lambda: emit_csharp_objects.emit(model)

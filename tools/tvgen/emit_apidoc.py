@@ -23,7 +23,8 @@ from pathlib import Path
 
 from . import markdown
 from .model import families
-from .model.types import c_param, c_result, callback_c_param, callback_c_result, registration_params
+from .model.types import (TYPES, c_param, c_result, callback_c_param, callback_c_result, registration_params,
+                          result_release)
 from .model.wire import request, response, result_wire
 
 ASSETS = Path(__file__).with_name("reference")
@@ -105,24 +106,24 @@ class Reference:
 
 def _owns(op):
     """What the caller owns of an export's result and how it goes back."""
-    t = op.result
-    if t.kind == "text":
-        return "new text: <code>free</code> it"
-    if t.kind == "object":
-        return "one reference: <code>IAPIObject_Release</code>"
-    if t.kind == "vector":
-        text = f"new vector: <code>{t.name}_Delete</code>"
-        if t.name == "ObjectReferenceVector":
-            text += "; each element holds one reference: <code>IAPIObject_Release</code>"
-        elif t.name == "ObjectReferenceVectorVector":
-            text += (" (deletes the inner vectors); each of their elements holds one reference: "
-                     "<code>IAPIObject_Release</code>")
-        elif t.name == "PropertyValueVector":
-            text += "; each element: <code>PropertyValue_Delete</code>"
-        return text
-    if t.kind == "value":
+    ownership = TYPES[op.result.kind].ownership
+    release = result_release(op.result)
+    if ownership == "always-null":
         return "always null"
-    return ""
+    if ownership == "free":
+        return f"new text: <code>{release.function}</code> it"
+    if ownership == "release":
+        return f"one reference: <code>{release.function}</code>"
+    if ownership != "delete":
+        return ""
+    text = f"new vector: <code>{release.function}</code>"
+    if release.each:
+        holds = " holds one reference" if release.each == TYPES["object"].release else ""
+        if release.nested:
+            text += f" (deletes the inner vectors); each of their elements{holds}: <code>{release.each}</code>"
+        else:
+            text += f"; each element{holds}: <code>{release.each}</code>"
+    return text
 
 
 def _notes(op):
@@ -242,14 +243,28 @@ def _a_to_z(ref):
     return f'<p class="toc">{letters}</p>\n<dl class="az">\n' + "".join(rows) + "</dl>\n"
 
 
-def _container_owns(result, name):
-    if name.endswith("_Create") and "Vector" in name:
-        return "new vector: <code>_Delete</code>"
-    if name == "PropertyValue_Create":
-        return "new value: <code>PropertyValue_Delete</code>"
-    if result == "tvWChar*" and name.startswith("PropertyValue_"):
-        return "new text: <code>free</code> it"
-    return "nothing (the vector keeps it)" if name.endswith("_Get") else "nothing"
+def _container_owns(proto):
+    result = proto.result
+    if result.ownership == "delete":
+        if isinstance(proto.owner, families.Family):
+            return "new vector: <code>_Delete</code>"
+        return f"new value: <code>{result.release.function}</code>"
+    if result.ownership == "free":
+        return f"new text: <code>{result.release.function}</code> it"
+    return "nothing (the vector keeps it)" if result.ownership == "lent" else "nothing"
+
+
+# What each function of the handle base does.
+HANDLE_BASE_NOTES = {
+    "IAPIObject_AddRef": "The count after it; the handle must not be null.",
+    "IAPIObject_Release": "The count after it; the handle must not be null.",
+    "IAPIObject_IsSameObjects": "The same host object, whatever the interfaces.",
+}
+
+
+def _prototype(proto, note):
+    return (f'<div class="fn" id="{proto.name}"><pre class="sig">{esc(proto.result.c_type)} <b>{proto.name}</b>'
+            f"({esc(proto.param_list)})</pre><p>{note}</p></div>\n")
 
 
 def emit_index(ref):
@@ -267,20 +282,13 @@ def emit_index(ref):
                    f"{len(ref.model.interfaces_in(group))}</td><td class=\"num\">{_export_count(ref, group)}</td></tr>\n")
     out.append("</table>\n")
     out.append('<h2 id="handle-base">Handle base</h2>\n<p><code>IAPIObject</code> is every object\'s base: '
-               "a handle of any object.</p>\n"
-               '<div class="fn" id="IAPIObject_AddRef"><pre class="sig">int <b>IAPIObject_AddRef</b>(void* handle)'
-               "</pre><p>The count after it; the handle must not be null.</p></div>\n"
-               '<div class="fn" id="IAPIObject_Release"><pre class="sig">int <b>IAPIObject_Release</b>(void* handle)'
-               "</pre><p>The count after it; the handle must not be null.</p></div>\n"
-               '<div class="fn" id="IAPIObject_IsSameObjects"><pre class="sig">bool <b>IAPIObject_IsSameObjects</b>'
-               "(void* first, void* second)</pre><p>The same host object, whatever the interfaces.</p></div>\n")
+               "a handle of any object.</p>\n")
+    out.extend(_prototype(proto, HANDLE_BASE_NOTES[proto.name]) for proto in families.HANDLE_BASE)
     out.append('<h2 id="vectors-and-values">Vectors and values</h2>\n<p>A vector is <code>{ uint64_t size; '
                "T* data; }</code>. <code>_Create(count)</code> leaves the elements unset; a vector the caller "
                "makes or receives is deleted with its family's <code>_Delete</code>. String vectors own their "
                "texts; object vectors store handles as given.</p>\n")
-    for result, name, params in families.container_prototypes():
-        out.append(f'<div class="fn" id="{name}"><pre class="sig">{esc(result)} <b>{name}</b>({esc(params)})</pre>'
-                   f"<p>Caller owns: {_container_owns(result, name)}.</p></div>\n")
+    out.extend(_prototype(proto, f"Caller owns: {_container_owns(proto)}.") for proto in families.container_prototypes())
     return page("Index", "".join(out))
 
 
@@ -335,8 +343,7 @@ def search_index(ref):
     entries += [(op.export, ref.page_of[op.interface.name]) for op in ref.model.ops()]
     entries += [(e.export, ref.page_of[e.source.name]) for e in ref.model.events()]
     entries += [(name, "enums.html") for name in ref.model.enums()]
-    entries += [(n, "index.html") for n in ("IAPIObject_AddRef", "IAPIObject_Release", "IAPIObject_IsSameObjects")]
-    entries += [(name, "index.html") for _, name, _ in families.container_prototypes()]
+    entries += [(proto.name, "index.html") for proto in families.HANDLE_BASE + families.container_prototypes()]
     pages = sorted({page for _, page in entries})
     lines = "\\n".join(f"{name} {pages.index(page)}" for name, page in entries)
     return ("// Generated from the catalogue: every name the search finds and the page that documents it.\n"

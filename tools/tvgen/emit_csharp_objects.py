@@ -3,7 +3,7 @@ TvApic.Native. Arguments and results are converted (text copied and freed,
 vectors to arrays and deleted with their family's _Delete, handles wrapped in
 objects that hold one reference), handlers are .NET delegates."""
 
-from .model.csharp import HEADER, callback_native_param, csharp_type, ident
+from .bindings.csharp import HEADER, callback_native_param, csharp_type, ident
 from .model.types import SCALARS
 
 # Members the binding gives every object class: no operation may take their names.
@@ -168,7 +168,7 @@ def method_text(name, static, handle, native_name, params_of, result, body_extra
 
 def handler_param(p):
     t = p.type
-    kind = p.kind
+    kind = p.conversion
     if kind == "object":
         return t.name
     if kind == "ObjectReferenceVector":
@@ -204,7 +204,7 @@ def adapter(e):
     before, args, after = [], [], []
     for n, p in enumerate(e.params):
         name = f"__p{n}"   # the registration's own parameters keep their names
-        kind = p.kind
+        kind = p.conversion
         if kind == "object":
             args.append(f"__lent.Object({name}, {factory(p.type.name)})")
         elif kind == "ObjectReferenceVector":

@@ -92,12 +92,9 @@ def emit(model):
     for fam in families.FAMILIES:
         out.append(f"typedef struct {fam.c_type} {{ uint64_t size; {fam.element}* data; }} {fam.c_type};\n")
     out.append("\n/* Handle base. */\n")
-    out.append("TVAPIC_API int IAPIObject_AddRef(void* handle);\n")
-    out.append("TVAPIC_API int IAPIObject_Release(void* handle);\n")
-    out.append("TVAPIC_API bool IAPIObject_IsSameObjects(void* first, void* second);\n")
+    out.extend(f"TVAPIC_API {proto.declaration};\n" for proto in families.HANDLE_BASE)
     out.append("\n/* Vectors and values. */\n")
-    for result, name, params in families.container_prototypes():
-        out.append(f"TVAPIC_API {result} {name}({params});\n")
+    out.extend(f"TVAPIC_API {proto.declaration};\n" for proto in families.container_prototypes())
     for group in model.groups:
         ops = list(model.ops(group))
         if not ops:

@@ -23,7 +23,7 @@ from . import catalogue as _catalogue
 from . import events as _events
 from .catalogue import CatalogueError, groups_in
 from .events import Event
-from .families import container_prototypes
+from .families import HANDLE_BASE, container_prototypes
 from .wire import remotable as _remotable
 
 __all__ = ["CatalogueError", "Event", "Model", "groups_in", "load"]
@@ -49,10 +49,9 @@ class Model(_catalogue.Catalogue):
 
     def enums(self):
         """Every enumeration named, by operations or by event callbacks."""
-        found = set(super().enums())
-        for e in self.events():
-            found |= {t.name for t in [e.result] + [p.type for p in e.params] if t.kind == "enum"}
-        return sorted(found)
+        signatures = [[op.result] + [p.type for p in op.params] for op in self.ops()]
+        signatures += [[e.result] + [p.type for p in e.params] for e in self.events()]
+        return sorted({t.name for types in signatures for t in types if t.kind == "enum"})
 
     # Event sources
 
@@ -110,8 +109,7 @@ class Model(_catalogue.Catalogue):
 
     def export_names(self):
         """Every function the library exports, in header order."""
-        names = ["IAPIObject_AddRef", "IAPIObject_Release", "IAPIObject_IsSameObjects"]
-        names += [name for _, name, _ in container_prototypes()]
+        names = [proto.name for proto in HANDLE_BASE + container_prototypes()]
         names += [op.export for op in self.ops()]
         names += [e.export for e in self.events()]
         return names

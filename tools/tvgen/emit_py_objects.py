@@ -7,7 +7,7 @@ methods' parameters and results come from the binding's table (_native.py),
 so the two cannot disagree.
 """
 
-from .model.python import methods
+from .bindings.python import methods
 
 
 def emit(model):

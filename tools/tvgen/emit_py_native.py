@@ -7,7 +7,7 @@ result conversions when the function is first used, so importing the table
 costs no more than reading it.
 """
 
-from .model.python import callbacks, entries
+from .bindings.python import callbacks, entries
 
 
 def _entry(result, params):
