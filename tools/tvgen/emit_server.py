@@ -1,6 +1,7 @@
 """Emits the API Server's handlers and name table, from the wire
 signatures of the model (model/wire.py)."""
 
+from .cpp import GENERATED
 from .model.types import TYPES
 from .model.wire import carriers, result_wire, wire_signature
 from .model.wire_kinds import I32, STRING, STRING_VECTOR, U64
@@ -44,10 +45,10 @@ def function_entry(op):
             f"constexpr RemoteFunction k{op.export}{{k{op.export}Kinds, {len(kinds)}, &{op.export}_Remote}};\n")
 
 
-def emit_handlers(model):
+def emit(model):
     names = [op for op in model.ops() if op.interface.root != "service"]
     remote = model.remotable()
-    out = ["// Generated from the catalogue; do not edit.\n",
+    out = [GENERATED,
            '#include "server/call.h"\n#include "server/name_table.h"\n#include "tvAPIC.h"\n\n'
            "namespace tvapic::server::generated {\n\n"]
     for op in remote:
@@ -61,18 +62,4 @@ def emit_handlers(model):
         out.append(f'    {{"{op.export}", {f}}},\n')
     out.append(f"}};\nconst std::size_t kNameTableSize = {len(names)};\n"
                f"std::size_t RemotableCount() {{ return {len(remote)}; }}\n\n}}  // namespace tvapic::server\n")
-    return "".join(out)
-
-
-def emit_signature_table(model):
-    """The wire signatures as data, for the load tool, the fuzzer's seeds and
-    tests: one entry per remotable function, kinds separated by commas."""
-    out = ["// Generated from the catalogue; do not edit.\n#pragma once\n\n#include <cstddef>\n\n",
-           "namespace tvapic::server {\n\nstruct WireSignature {\n    const char* name;\n"
-           "    const char* request;   // e.g. \"u64,string,i32 slot\"\n    const char* response;\n};\n\n",
-           "inline constexpr WireSignature kWireSignatures[] = {\n"]
-    for op in model.remotable():
-        request, response = wire_signature(op)
-        out.append(f'    {{"{op.export}", "{",".join(map(str, request))}", "{",".join(map(str, response))}"}},\n')
-    out.append("};\n\n}  // namespace tvapic::server\n")
     return "".join(out)

@@ -8,13 +8,17 @@ Its parts:
 
     catalogue.py, events.py   read and check the files (grammar in catalogue/README.md)
     types.py                  the one table of type facts, and the C and C++ forms built on it
-    families.py               the C vector and value families
-    wire.py                   how a remotable function travels over the API Server's wire
-    python.py, csharp.py      how the catalogue appears to the Python and C# bindings
+    families.py               the C vector families, the value handles and the handle base, with
+                              the typed prototypes of their functions
+    wire_kinds.py, wire.py    the kinds of wire value; how a remotable function travels over the
+                              API Server's wire
 
-The emitters read the model and these modules only, never each other
-(tests/layers/check_layers.py holds them to it). A new scalar type is a row
-of the table in types.py; its docstring says what else it may need.
+The model knows no output. Above it, bindings/ holds what the language
+bindings' emitters share, and the modules beside the emitters what other
+emitters share; the emitters read those and the model, never each other, and
+__main__.py lists every output with its emitter (tests/layers/check_layers.py
+holds them to it). A new scalar type is a row of the table in types.py; its
+docstring says what else it may need.
 """
 
 from dataclasses import dataclass, field
