@@ -4,10 +4,11 @@ base, and the typed prototypes of their exported functions.
 One row per family: its name, the C type of one element, which exported
 members it has, the host element type that its converters produce (None
 where no host sequence exists), how a result of the family travels, and what
-its members do with what they hold: whether `_Clear` and `_Delete` free the
-elements, what a caller gives back for each handle a result holds, whether an
-operation may refill a caller's vector of it and whether a callback may
-receive one.
+its members do with what they hold: what `_Set` takes and whether it tests it
+for null, whether `_Clear` and `_Delete` free the elements, what a caller
+gives back for each handle a result holds, whether an operation may refill a
+caller's vector of it and how a callback may receive one. The value handles
+have a row each too, which says whether their functions test the handle.
 """
 
 from dataclasses import dataclass
@@ -65,6 +66,7 @@ class Family:
     of_objects: bool = False      # a signature names its element interface: ObjectReferenceVector<IPart>
     wire_result: wire_kinds.WireKind | None = None  # how a result travels (None: it stays behind)
     set_value: str = ""           # what `_Set` takes when it stores a copy of it instead (a text)
+    set_checks_null: bool = True  # whether `_Set` tests the value it takes for null
     owns_elements: bool = False   # `_Clear` and `_Delete` free the elements; `_Get` lends one
     inner: str = ""               # the family of the vectors it holds
     each_release: str = ""        # what a caller gives back for each handle a result holds
@@ -100,7 +102,7 @@ FAMILIES = [
     Family("Uint8Vector", "uint8_t", _ALL, "std::uint8_t"),
     Family("Uint8VectorVector", "Uint8Vector_t*", _ALL, inner="Uint8Vector", **_OWNS),
     Family("StringVector", "tvWChar*", _ALL, "tvapi::WString", wire_result=wire_kinds.STRING_VECTOR,
-           set_value="const tvWChar*", in_callbacks="write", **_OWNS, **_REFILL),
+           set_value="const tvWChar*", set_checks_null=False, in_callbacks="write", **_OWNS, **_REFILL),
     Family("StringVectorVector", "StringVector_t*", _ALL, inner="StringVector", **_OWNS),
     Family("ObjectReferenceVector", "void*", _ALL, "tvapi::SmartPtr<tvapi::{I}>", of_objects=True,
            each_release="IAPIObject_Release", in_callbacks="read", **_REFILL),
@@ -173,7 +175,7 @@ def member_prototype(family: Family, member: str) -> Prototype:
     if member == "Get":
         return Prototype(CResult(family.element, "lent"), name, (vector, index), family)
     if member == "Set":
-        value = CParam(family.set_value, "value", nullable=False) if family.set_value else CParam(family.element, "value")
+        value = CParam(family.set_value or family.element, "value", nullable=family.set_checks_null)
         return Prototype(CResult("void"), name, (vector, index, value), family)
     return Prototype(CResult("void"), name, (vector,), family)
 
