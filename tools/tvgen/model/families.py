@@ -5,8 +5,8 @@ One row per family: its name, the C type of one element, which exported
 members it has, the host element type that its converters produce (None
 where no host sequence exists), how a result of the family travels, and what
 its members do with what they hold: what `_Set` takes and whether it tests it
-for null, whether `_Clear` and `_Delete` free the elements, what a caller
-gives back for each handle a result holds, whether an operation may refill a
+for null, the family of the vectors it holds, what a caller gives back for
+each handle a result holds, whether an operation may refill a
 caller's vector of it and how a callback may receive one. The value handles
 have a row each too, which says whether their functions test the handle.
 """
@@ -67,8 +67,7 @@ class Family:
     wire_result: wire_kinds.WireKind | None = None  # how a result travels (None: it stays behind)
     set_value: str = ""           # what `_Set` takes when it stores a copy of it instead (a text)
     set_checks_null: bool = True  # whether `_Set` tests the value it takes for null
-    owns_elements: bool = False   # `_Clear` and `_Delete` free the elements; `_Get` lends one
-    inner: str = ""               # the family of the vectors it holds
+    inner: str = ""               # the family of the vectors it holds, and deletes with itself
     each_release: str = ""        # what a caller gives back for each handle a result holds
     refillable: bool = False      # an operation may refill a caller's vector (`inout`)
     in_callbacks: str = ""        # how a callback may receive one: "read" only, or "write" (`inout`) only
@@ -88,7 +87,6 @@ class Family:
 _ALL = ("Create", "Get", "Set", "Clear", "Delete")
 _NO_CLEAR = ("Create", "Get", "Set", "Delete")
 _REFILL = dict(refillable=True)
-_OWNS = dict(owns_elements=True)
 
 FAMILIES = [
     Family("BoolVector", "int32_t", _ALL, "bool", **_REFILL),
@@ -100,14 +98,14 @@ FAMILIES = [
     Family("DoubleVector", "double", _ALL, "double", **_REFILL),
     Family("NumericIdVector", "uint64_t", _ALL, "std::uint64_t", **_REFILL),
     Family("Uint8Vector", "uint8_t", _ALL, "std::uint8_t"),
-    Family("Uint8VectorVector", "Uint8Vector_t*", _ALL, inner="Uint8Vector", **_OWNS),
+    Family("Uint8VectorVector", "Uint8Vector_t*", _ALL, inner="Uint8Vector"),
     Family("StringVector", "tvWChar*", _ALL, "tvapi::WString", wire_result=wire_kinds.STRING_VECTOR,
-           set_value="const tvWChar*", set_checks_null=False, in_callbacks="write", **_OWNS, **_REFILL),
-    Family("StringVectorVector", "StringVector_t*", _ALL, inner="StringVector", **_OWNS),
+           set_value="const tvWChar*", set_checks_null=False, in_callbacks="write", **_REFILL),
+    Family("StringVectorVector", "StringVector_t*", _ALL, inner="StringVector"),
     Family("ObjectReferenceVector", "void*", _ALL, "tvapi::SmartPtr<tvapi::{I}>", of_objects=True,
            each_release="IAPIObject_Release", in_callbacks="read", **_REFILL),
     Family("ObjectReferenceVectorVector", "ObjectReferenceVector_t*", _ALL,
-           "std::vector<tvapi::SmartPtr<tvapi::{I}>>", of_objects=True, inner="ObjectReferenceVector", **_OWNS),
+           "std::vector<tvapi::SmartPtr<tvapi::{I}>>", of_objects=True, inner="ObjectReferenceVector"),
     Family("PropertyValueVector", "PropertyValue_t*", _ALL, "tvapi::PropertyValue",
            each_release="PropertyValue_Delete"),
     Family("AttributeValueVector", "AttributeValue_t*", _NO_CLEAR, "tvapi::AttributeValue"),
@@ -122,10 +120,9 @@ SIGNATURE_FAMILIES = {f.name for f in FAMILIES if f.host_element is not None}
 
 @dataclass(frozen=True)
 class Value:
-    """A value handle: the host class it holds and its own exported functions
-    (member, result C type, further parameters), in header order."""
+    """A value handle (it holds one host value of its name) and its own exported
+    functions (member, result C type, further parameters), in header order."""
     name: str
-    host: str
     functions: tuple = ()
     checks_null: bool = True      # whether its functions test the handle for null
 
@@ -135,7 +132,7 @@ class Value:
 
 
 VALUES = {v.name: v for v in [
-    Value("PropertyValue", "tvapi::PropertyValue", (
+    Value("PropertyValue", (
         ("Create", "PropertyValue_t*", None),
         ("Delete", "void", ()),
         ("GetBool", "int32_t", ()),
@@ -152,8 +149,8 @@ VALUES = {v.name: v for v in [
         ("ToDouble", "double", ()),
         ("ToString", "tvWChar*", ()),
     ), checks_null=False),
-    Value("AttributeValue", "tvapi::AttributeValue"),
-    Value("StorageValue", "tvapi::StorageValue"),
+    Value("AttributeValue"),
+    Value("StorageValue"),
 ]}
 
 # The handle base: references and identity of any object.
