@@ -22,7 +22,7 @@ from typing import NamedTuple
 from ..model import families
 from ..model.types import TYPES
 from ..model.wire import carriers
-from .names import object_param
+from .names import object_param, unique
 
 
 def python_type(kind):
@@ -32,9 +32,7 @@ def python_type(kind):
 
 def identifier(name, taken):
     """A catalogue name as a Python identifier not yet in `taken` (which it joins)."""
-    name = name + "_" if keyword.iskeyword(name) or name == "self" else name
-    while name in taken:
-        name += "_"
+    name = unique(name + "_" if keyword.iskeyword(name) or name == "self" else name, taken)
     taken.add(name)
     return name
 
