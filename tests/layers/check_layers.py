@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Fails when an include in src/ runs against the library's layer order, or
-when an emitter of the generator imports another emitter.
+an import in the generator against its own.
 
 The library's folders stack one way: core, then containers, then frame, then
 the three that use the frame (the API Server in server/, the events, and the
