@@ -1,15 +1,14 @@
 """Emits the API reference's page of one interface group (<group>.html):
-each interface with its IID text, where its objects come from, and each
-export with its C signature, in which every handle, list and enumeration
-names its interface or enumeration, what the caller owns of the result, and
-for remotable functions their wire values linked to the protocol document."""
+each interface with its IID text, where its objects come from, how to reach
+it from the application (following the objects that answer more than one
+interface, catalogue/answers.txt), and each export with its C signature, in
+which every handle, list and enumeration names its interface or enumeration,
+what the caller owns of the result, and for remotable functions their wire
+values linked to the protocol document."""
 
 from .reference_pages import esc, export_count, page, registrations
 from .model.types import TYPES, registration_params, result_release
 from .model.wire import request, response, result_wire
-
-# How many of the exports that hand out an interface's objects its section names.
-SOURCES_SHOWN = 12
 
 
 def _owns(op):
@@ -60,6 +59,9 @@ def _remote(op):
 def _function(ref, op):
     lines = [f'<div class="fn" id="{op.export}"><pre class="sig">{ref.signature(op)}</pre>']
     facts = ([f"Caller owns: {_owns(op)}"] if _owns(op) else []) + _notes(op)
+    answer = ref.answer_of.get(op.export)
+    if answer:
+        facts.append(f"Its object answers {ref.interface_link(answer.interface)} ({esc(answer.reason)})")
     if op.interface.remote:
         facts.append(_remote(op))
     if facts:
@@ -90,15 +92,28 @@ def _interface_section(ref, i):
            f"{'yes, every function below' if i.remote else 'no'}.</p>\n"]
     handed = ref.handed_out.get(i.name, [])
     if handed:
-        links = ", ".join(f'<a href="{ref.export_href(e)}">{e}</a>' for e in handed[:SOURCES_SHOWN])
-        more = f" and {len(handed) - SOURCES_SHOWN} more" if len(handed) > SOURCES_SHOWN else ""
-        out.append(f'<p class="from">Obtained from: {links}{more}.</p>\n')
+        out.append(f'<p class="from">Obtained from: {ref.export_links(handed)}.</p>\n')
+    for f in ref.answered_by.get(i.name, []):
+        if ref.handed_out.get(f.subject):
+            out.append(f'<p class="from">Obtained from, as {ref.interface_link(f.subject)} (whose objects answer it: '
+                       f"{esc(f.reason)}): {ref.export_links(ref.handed_out[f.subject])}.</p>\n")
+    out.append(_reach(ref, i))
     if not i.ops and not registrations(ref.model, i.name):
         out.append("<p>Declared only: it has no operations of its own.</p>\n")
     out.extend(_function(ref, op) for op in i.ops)
     out.append(_registration_block(ref, i.name))
     out.append("</section>\n")
     return out
+
+
+def _reach(ref, i):
+    steps = ref.ways.get(i.name)
+    if i.root:
+        return ""
+    if steps is None:
+        return ('<p class="reach">How to reach it: no way from the application is known to the catalogue '
+                "(an object some function returns as <code>IAPIObject</code> may answer it).</p>\n")
+    return f'<p class="reach">How to reach it: {" → ".join(ref.step(s) for s in steps)}.</p>\n'
 
 
 def emit(ref, group):

@@ -15,6 +15,13 @@ text argument is the empty text; a null vector argument is the empty list.
 In the signatures, a comment names what a <code>void*</code> or an
 <code>int</code> carries: the interface of a handle, the element interface of
 an object list, an enumeration, or <code>bool</code>.</p>
+<p>Each interface says how to reach it: a chain of calls from the
+application's functions (which take no handle), each on the object the one
+before returned, or a handler registration whose handler receives the object.
+"as I" passes the same handle on as I: the object answers that interface too,
+as the catalogue records (its reason shows over the step). Of the ways, the
+one shown needs the fewest calls that take another object, then the fewest
+that take values, then the fewest calls: plain getters before a search.</p>
 """
 
 

@@ -18,6 +18,9 @@ from .model.types import c_param, c_result, callback_c_param, callback_c_result
 
 ASSETS = Path(__file__).with_name("reference")
 
+# How many of the exports that hand out an interface's objects its section names.
+SOURCES_SHOWN = 12
+
 
 def esc(text):
     return html.escape(text, quote=True)
@@ -33,6 +36,14 @@ class Reference:
         for s in model.sources.values():
             self.page_of.setdefault(s.name, "events.html")
         self.handed_out = self._handed_out()
+        self.ways = model.ways()
+        self.answered_by = defaultdict(list)   # {interface: [facts of interfaces whose objects answer it]}
+        self.answer_of = {}                    # {export: the fact of what its IAPIObject result answers}
+        for f in model.answers:
+            if f.subject in model.interfaces:
+                self.answered_by[f.interface].append(f)
+            else:
+                self.answer_of[f.subject] = f
 
     def export_href(self, export):
         """Where an export is documented, or None for a name that is none."""
@@ -72,14 +83,30 @@ class Reference:
         return f"typedef {self.typed(callback_c_result(e.result), e.result)} (*{e.callback_type})({params})"
 
     def _handed_out(self):
-        """{interface: [exports that hand out its objects: results, out-objects, list elements]}"""
+        """{interface: [exports that hand out its objects: results, out-objects,
+        list elements, IAPIObject results the catalogue says answer it]}"""
         found = defaultdict(list)
+        answering = {f.subject: f.interface for f in self.model.answers}
         for op in self.model.ops():
             for t in [op.result] + [p.type for p in op.params if p.mode == "out"]:
                 name = t.name if t.kind == "object" else t.element
+                if name == "IAPIObject" and t.kind == "object":
+                    name = answering.get(op.export)
                 if name and name != "IAPIObject" and op.export not in found[name]:
                     found[name].append(op.export)
         return found
+
+    def export_links(self, exports):
+        links = ", ".join(f'<a href="{self.export_href(e)}">{e}</a>' for e in exports[:SOURCES_SHOWN])
+        more = f" and {len(exports) - SOURCES_SHOWN} more" if len(exports) > SOURCES_SHOWN else ""
+        return links + more
+
+    def step(self, step):
+        """One step of a way, as the reference shows it."""
+        if step.interface:
+            return f'<span class="as" title="{esc(step.reason)}">as {self.interface_link(step.interface)}</span>'
+        call = f'<a href="{self.export_href(step.export)}">{step.export}</a>'
+        return call + (" (its handler receives it)" if step.handler else "")
 
 
 def registrations(model, name):
