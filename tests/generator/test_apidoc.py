@@ -132,7 +132,7 @@ class ApiReference(unittest.TestCase):
                  .read_text(encoding="utf-8").splitlines() if line.strip() and not line.startswith("#")}
         gives = {op.export: [op.result] + [p.type for p in op.params if p.mode == "out"] for op in self.cat.ops()}
         gives.update({f"{e.export} (its handler receives it)": [p.type for p in e.params]
-                      for s in self.events.sources.values() for e in s.events})
+                      for s in self.cat.sources.values() for e in s.events})
         walked = 0
         for group in self.cat.groups:
             for name, section in sections(f"{group}.html").items():
