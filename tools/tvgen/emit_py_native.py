@@ -1,4 +1,4 @@
-"""Emits the in-process binding's function table: tvapic/_native.py.
+"""Emits the in-process binding's function table: tvapic/_generated_exports.py.
 
 One entry per export of the library, in header order: the result's kind and
 each parameter's kind and Python name (bindings/python.py lists the kinds).

@@ -1,4 +1,4 @@
-"""Emits the Python client's function table: tvapic/_remote.py.
+"""Emits the Python client's function table: tvapic/_generated_remote.py.
 
 For every remotable function: its signature as the wire carries it (the
 parameters that travel with their names, wire kinds and catalogue kinds, so

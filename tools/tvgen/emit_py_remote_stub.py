@@ -1,4 +1,4 @@
-"""Emits _remote.pyi: the type stubs of the remote client's methods, which
+"""Emits _generated_remote.pyi: the type stubs of the remote client's methods, which
 tvapic.Client inherits (bindings/stubs.py has the types)."""
 
 from .bindings.python import python_type, remote_params

@@ -1,7 +1,7 @@
 """The Python type stubs' shared part: the Python type of each of the
 binding's kinds (python.py lists them), and a stub's `def` line.
 
-Handles are Handle in process and the wire's Handle remotely, lists are List
+Handles are HeldHandle in process and the wire's Handle remotely, lists are List
 going out and Sequence coming in, and a null (None) is allowed wherever the
 binding takes or gives one. A result that does not travel is typed as in
 process: the object layer raises rather than answer None for it.
@@ -27,7 +27,7 @@ class Types:
     """Python types of the binding's kinds; `objects` names what a handle of an interface becomes."""
 
     def __init__(self, objects=None):
-        self.objects = objects or (lambda interface: "Handle")
+        self.objects = objects or (lambda interface: "HeldHandle")
 
     def element(self, words):
         family = words[1]
