@@ -77,7 +77,8 @@ _RAW = {"void": "raw void", "int": "raw int32_t", "uint64_t": "raw uint64_t", "i
         "bool": "bool"}
 
 
-def type_kind(t):
+def binding_kind(t):
+    """The binding's kind of a value of type t (t.kind is its catalogue kind)."""
     if t.kind in ("enum", "object", "value"):
         return f"{t.kind} {t.name}"
     if t.kind == "vector":
@@ -85,8 +86,8 @@ def type_kind(t):
     return t.kind
 
 
-def param_kind(p):
-    return f"{p.mode} {type_kind(p.type)}" if p.mode else type_kind(p.type)
+def param_binding_kind(p):
+    return f"{p.mode} {binding_kind(p.type)}" if p.mode else binding_kind(p.type)
 
 
 def python_params(op):
@@ -97,7 +98,7 @@ def python_params(op):
     """
     params = [] if op.interface.root else [(object_param(op.interface, {p.name for p in op.params}),
                                              f"object {op.interface.name}")]
-    params += [(p.name, param_kind(p)) for p in op.params]
+    params += [(p.name, param_binding_kind(p)) for p in op.params]
     taken = set()
     return [(identifier(name, taken), kind) for name, kind in params]
 
@@ -128,8 +129,8 @@ def base_entries():
     return entries
 
 
-def _callback_kind(p):
-    return f"inout {type_kind(p.type)}" if p.inout else type_kind(p.type)
+def _callback_binding_kind(p):
+    return f"inout {binding_kind(p.type)}" if p.inout else binding_kind(p.type)
 
 
 def callbacks(model):
@@ -137,7 +138,7 @@ def callbacks(model):
     out = {}
     for e in model.events():
         result = f"enum {e.result.name}" if e.result.kind == "enum" else e.result.kind
-        out[e.callback_type] = (result, [(p.name, _callback_kind(p)) for p in e.params])
+        out[e.callback_type] = (result, [(p.name, _callback_binding_kind(p)) for p in e.params])
     return out
 
 
@@ -157,7 +158,7 @@ def registration_entry(e):
 def entries(model):
     """Every export as (name, result kind, [(Python name, kind)]), in header order."""
     out = base_entries()
-    out += [(op.export, type_kind(op.result), python_params(op)) for op in model.ops()]
+    out += [(op.export, binding_kind(op.result), python_params(op)) for op in model.ops()]
     out += [registration_entry(e) for e in model.events()]
     return out
 
