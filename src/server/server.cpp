@@ -6,11 +6,6 @@
 #include "UI_App/GuiApp.h"
 #include "server/connection.h"
 
-#if defined(__linux__)
-#include <pthread.h>
-#include <sched.h>
-#endif
-
 namespace tvapic::server {
 
 namespace asio = boost::asio;
@@ -28,17 +23,6 @@ void ReuseAddress(tcp::acceptor& acceptor) {
     acceptor.set_option(asio::detail::socket_option::boolean<SOL_SOCKET, SO_EXCLUSIVEADDRUSE>(true));
 #else
     acceptor.set_option(asio::socket_base::reuse_address(true));
-#endif
-}
-
-// Woken by the main thread, which hands it a call's result, the server thread
-// must not take the CPU from the main thread before that has returned to its
-// message loop: on Linux it is a batch thread, which never preempts on waking
-// and otherwise gets its fair share. Where that is refused, it runs as before.
-void YieldToTheApplicationOnWakeUp() {
-#if defined(__linux__)
-    sched_param unused{};
-    pthread_setschedparam(pthread_self(), SCHED_BATCH, &unused);
 #endif
 }
 
@@ -69,7 +53,6 @@ bool Server::Start(std::uint16_t port) {
 }
 
 void Server::ServerThreadFunc() {
-    YieldToTheApplicationOnWakeUp();
     io_.restart();  // after a stop the context has stopped; nothing else runs it now
     if (!Listen()) return;
     Accept();
