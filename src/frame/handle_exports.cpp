@@ -1,15 +1,34 @@
 // The handle base: references and identity of any API object.
+#include "check/check.h"
 #include "core/query.h"
+#include "frame/checked.h"
 #include "tvAPIC.h"
 
 using tvapic::core::AsObject;
 using tvapic::core::Query;
+namespace check = tvapic::check;
 
 extern "C" {
 
-// No null test: a null handle is a caller error here, as on the host.
-int IAPIObject_AddRef(void* handle) { return AsObject(handle)->AddRef(); }
-int IAPIObject_Release(void* handle) { return AsObject(handle)->Release(); }
+// A null handle does nothing and returns 0: the host's own operations would
+// dereference it and end the application.
+int IAPIObject_AddRef(void* handle) {
+    if (!handle) {
+        if (check::On()) check::NullReference("IAPIObject_AddRef");
+        return 0;
+    }
+    if (check::On()) [[unlikely]] check::ReferenceAdded(handle);
+    return AsObject(handle)->AddRef();
+}
+
+int IAPIObject_Release(void* handle) {
+    if (!handle) {
+        if (check::On()) check::NullReference("IAPIObject_Release");
+        return 0;
+    }
+    if (check::On()) [[unlikely]] check::ReferenceReleased(handle);
+    return AsObject(handle)->Release();
+}
 
 // Two handles are the same object when both answer the IAPIObject query with
 // the same pointer; equal values (two nulls included) are the same at once.
@@ -28,7 +47,7 @@ bool IAPIObject_IsSameObjects(void* first, void* second) {
     }
     if (second) AsObject(second)->Release();
     if (first) AsObject(first)->Release();
-    return same;
+    return tvapic::frame::Returned<bool>("IAPIObject_IsSameObjects", same);
 }
 
 }  // extern "C"

@@ -36,6 +36,7 @@ def outputs(model):
             # Faces of interfaces that take handlers come from emit_events.
             files[f"probe/{group}_{n}.cpp"] = lambda g=group, p=part: emit_probes.emit_chunk(model, g, model.plain(p))
             files[f"sweep/{group}_{n}.cpp"] = lambda g=group, p=part, k=n: emit_sweep.emit_chunk(model, g, p, k)
+    files["check/interfaces.cpp"] = lambda: emit_exports.emit_interface_table(model)
     files["probe/registry.cpp"] = lambda: emit_probes.emit_registry(model)
     files["server/handlers.cpp"] = lambda: emit_server.emit_handlers(model)
     files["server/wire_signatures.h"] = lambda: emit_server.emit_signature_table(model)
