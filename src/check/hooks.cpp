@@ -45,6 +45,13 @@ std::string Utf8(const tvWChar* key) {
     return out;
 }
 
+// Each element of an object list carries one reference. The caller holds the lock.
+void ElementsHandedOut(References& references, const ObjectReferenceVector_t& objects, const Origin& origin) {
+    for (std::uint64_t i = 0; i < objects.size; ++i) {
+        if (objects.data[i]) references.HandedOut(objects.data[i], origin);
+    }
+}
+
 }  // namespace
 
 State& TheState() {
@@ -111,9 +118,7 @@ void ObjectsHandedOut(const char* export_name, const ObjectReferenceVector_t* ob
     State& s = TheState();
     Lock lock(s.mutex);
     s.vectors.Made(objects, "ObjectReferenceVector", export_name);
-    for (std::uint64_t i = 0; i < objects->size; ++i) {
-        if (objects->data[i]) s.references.HandedOut(objects->data[i], {export_name, iid});
-    }
+    ElementsHandedOut(s.references, *objects, {export_name, iid});
 }
 
 // The inner vectors belong to the outer one, which deletes them: only the
@@ -125,10 +130,7 @@ void ObjectListsHandedOut(const char* export_name, const ObjectReferenceVectorVe
     Lock lock(s.mutex);
     s.vectors.Made(lists, "ObjectReferenceVectorVector", export_name);
     for (std::uint64_t i = 0; i < lists->size; ++i) {
-        const ObjectReferenceVector_t* objects = lists->data[i];
-        for (std::uint64_t j = 0; objects && j < objects->size; ++j) {
-            if (objects->data[j]) s.references.HandedOut(objects->data[j], {export_name, iid});
-        }
+        if (lists->data[i]) ElementsHandedOut(s.references, *lists->data[i], {export_name, iid});
     }
 }
 

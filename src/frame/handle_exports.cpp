@@ -8,24 +8,27 @@ using tvapic::core::AsObject;
 using tvapic::core::Query;
 namespace check = tvapic::check;
 
-extern "C" {
+namespace {
 
 // A null handle does nothing and returns 0: the host's own operations would
-// dereference it and end the application.
+// be called through it and end the application.
+int NullHandle(const char* export_name) {
+    if (check::On()) check::NullReference(export_name);
+    return 0;
+}
+
+}  // namespace
+
+extern "C" {
+
 int IAPIObject_AddRef(void* handle) {
-    if (!handle) {
-        if (check::On()) check::NullReference("IAPIObject_AddRef");
-        return 0;
-    }
+    if (!handle) return NullHandle("IAPIObject_AddRef");
     if (check::On()) [[unlikely]] check::ReferenceAdded(handle);
     return AsObject(handle)->AddRef();
 }
 
 int IAPIObject_Release(void* handle) {
-    if (!handle) {
-        if (check::On()) check::NullReference("IAPIObject_Release");
-        return 0;
-    }
+    if (!handle) return NullHandle("IAPIObject_Release");
     if (check::On()) [[unlikely]] check::ReferenceReleased(handle);
     return AsObject(handle)->Release();
 }
