@@ -1,11 +1,12 @@
 // Platform file (POSIX): checked mode's environment, output and thread numbers.
 #include <fcntl.h>
-#include <pthread.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
+#include <thread>
 
 #if defined(__linux__)
 #include <sys/syscall.h>
@@ -51,7 +52,7 @@ std::uint64_t ThreadNumber() {
 #if defined(__linux__)
     return static_cast<std::uint64_t>(syscall(SYS_gettid));
 #else
-    return reinterpret_cast<std::uint64_t>(pthread_self());
+    return std::hash<std::thread::id>{}(std::this_thread::get_id());
 #endif
 }
 
