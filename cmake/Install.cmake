@@ -21,6 +21,14 @@ set(TVAPIC_SIM_INCLUDE_DIR ${CMAKE_INSTALL_INCLUDEDIR}/tvAPIC-simulated-host)
 set(_host_libraries tvapi tvSys2 tvEventsBus UI_App tvsim)
 
 set_target_properties(tvAPIC PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+# The build tree holds them as the install lays them out (with the default
+# folders): the libraries side by side in lib/, the programs in bin/ (on
+# Windows every DLL and program in bin/, cmake/Windows.cmake). A program run
+# from the build tree finds the libraries as an installed one does.
+if(NOT WIN32)
+  set_target_properties(tvAPIC ${_host_libraries} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+endif()
+set_target_properties(tvhost inprocess_demo PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 target_include_directories(tvAPIC INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_include_directories(tvsim INTERFACE $<INSTALL_INTERFACE:${TVAPIC_SIM_INCLUDE_DIR}>)
 set_target_properties(tvsim PROPERTIES EXPORT_NAME SimulatedHost)

@@ -10,6 +10,8 @@
 
 namespace {
 tvsim::Application* running = nullptr;
+// The transfer service is not modelled: every operation answers its default.
+tvsim::Default<tvapi::ITransferService> transfer;
 }
 
 extern "C" {
@@ -18,6 +20,7 @@ void tvsim_start(void) {
     if (running) return;
     running = new tvsim::Application();
     tvapi_standin::SetApplication(running);
+    tvapi_standin::SetTransferService(&transfer);
 }
 
 int tvsim_set_files_root(const char* utf8_path) {
@@ -32,6 +35,7 @@ int tvsim_set_files_root(const char* utf8_path) {
 
 void tvsim_stop(void) {
     tvapi_standin::SetApplication(nullptr);
+    tvapi_standin::SetTransferService(nullptr);
     delete running;
     running = nullptr;
 }

@@ -10,8 +10,6 @@ using TvApic.Objects;
 // reference given back at the end.
 static class InProcessTest
 {
-    [DllImport("tvsim")] static extern void tvsim_start();
-    [DllImport("tvsim")] static extern void tvsim_stop();
 
     const string Author = "Ἀριστοτέλης \U0001D11E";   // outside the BMP: a surrogate pair in UTF-16
     const string FileName = "Чертёж.tvd";
@@ -20,7 +18,8 @@ static class InProcessTest
     {
         string folder = Path.Combine(Path.GetTempPath(), "tvapic-dotnet-" + Guid.NewGuid().ToString("N"));
         Directory.CreateDirectory(folder);
-        tvsim_start();
+        BeforeTheHost();
+        SimulatedHost.Start();
         try
         {
             References();
@@ -31,9 +30,20 @@ static class InProcessTest
         {
             Check.Equal(0L, ApiObject.Outstanding, "references still held by objects of the binding");
             Check.Equal(0, Handlers.Count, "callbacks still kept after RemoveAllHandlers");
-            if (ApiObject.Outstanding == 0) tvsim_stop();   // stopping frees what held handles point to
+            if (ApiObject.Outstanding == 0) SimulatedHost.Stop();   // stopping frees what held handles point to
             Directory.Delete(folder, true);
         }
+    }
+
+    // Before the simulated host starts, a rooted call throws, saying what to call; nothing else is lost.
+    static void BeforeTheHost()
+    {
+        string message = null;
+        try { IApplication.GetDocuments(); }
+        catch (NoApplicationException e) { message = e.Message; }
+        Check.Equal("IApplication_GetDocuments: no application in this process. Outside the application, start the "
+                    + "simulated host first: TvApic.SimulatedHost.Start()", message, "a rooted call before Start");
+        Check.Equal(0L, ApiObject.Outstanding, "nothing held after the refused call");
     }
 
     static int Count(ApiObject o)

@@ -40,6 +40,16 @@ def text(fragment):
     return html.unescape(re.sub(r"<[^>]+>", "", fragment))
 
 
+def sections(page):
+    """{interface: its section's HTML} of a page."""
+    found = re.finditer(r'<section id="(\w+)">(.*?)</section>', (PAGES / page).read_text(encoding="utf-8"), re.S)
+    return {m.group(1): m.group(2) for m in found}
+
+
+def paragraphs(section, kind):
+    return [text(p) for p in re.findall(rf'<p class="{kind}">(.*?)</p>', section, re.S)]
+
+
 def functions(page):
     """{export: (signature as text, what follows it as text)} of a page."""
     return {m.group(1): (text(m.group(2)), text(m.group(3) or ""))
@@ -101,6 +111,49 @@ class ApiReference(unittest.TestCase):
             self.assertEqual(pages[int(entries[name])], page, name)
         for name in ("ILineSegment", "tvDocumentTypeEnum", "StringVector_Delete", "IAPIObject_Release"):
             self.assertIn(name, entries)
+
+    def test_the_way_to_an_interface_and_where_its_objects_come_from(self):
+        drawing, application = sections("drawing.html"), sections("application.html")
+        view = ("IApplication_GetActiveDocument → as ITavraDocument2D → ITavraDocument2D_GetViewsAndLayersManager → "
+                "IViewsAndLayersManager_GetViews → IViews_GetActiveView")
+        self.assertEqual(paragraphs(drawing["ILineSegments"], "reach"),
+                         [f"How to reach it: {view} → as IDrawingContainer → IDrawingContainer_GetLineSegments."])
+        container, = paragraphs(drawing["IDrawingContainer"], "from")
+        self.assertRegex(container, r"^Obtained from, as IView \(whose objects answer it: .*IViews_GetActiveView")
+        self.assertEqual(paragraphs(sections("events.html")["IApplicationEvents"], "from"),
+                         ["Obtained from: IApplication_Events."])
+        for export, interface in [("IApplication_Events", "IApplicationEvents"),
+                                  ("ITavraDocument_Events", "ITavraDocumentEvents"),
+                                  ("ITavraDocument2D_GetObject2DEvents", "IDrawingObjectEvents")]:
+            self.assertIn(f"Its object answers {interface} (", self.pages["application"][export][1], export)
+        self.assertNotIn('class="reach"', application["IApplication"])   # rooted: no handle to reach
+
+    def test_every_way_shown_can_be_walked_call_by_call(self):
+        facts = {tuple(line.split("#")[0].split()[::2]) for line in (ROOT / "catalogue" / "answers.txt")
+                 .read_text(encoding="utf-8").splitlines() if line.strip() and not line.startswith("#")}
+        gives = {op.export: [op.result] + [p.type for p in op.params if p.mode == "out"] for op in self.cat.ops()}
+        gives.update({f"{e.export} (its handler receives it)": [p.type for p in e.params]
+                      for s in self.events.sources.values() for e in s.events})
+        walked = 0
+        for group in self.cat.groups:
+            for name, section in sections(f"{group}.html").items():
+                if name not in self.cat.interfaces or self.cat.interfaces[name].root:
+                    continue   # no API object, or rooted: no handle to reach
+                way, = paragraphs(section, "reach")
+                if "no way from the application" in way:
+                    continue
+                seen_as = {i.name for i in self.cat.interfaces.values() if i.root}   # what the object in hand answers
+                for step in way.removeprefix("How to reach it: ").removesuffix(".").split(" → "):
+                    if step.startswith("as "):
+                        self.assertTrue({(i, step[3:]) for i in seen_as} & facts, way)
+                        seen_as = {step[3:]}
+                    else:
+                        self.assertIn(step.split("_")[0], seen_as, way)
+                        seen_as = {t.element or t.name for t in gives[step] if t.kind == "object" or t.element}
+                        seen_as |= {i for subject, i in facts if subject == step}
+                self.assertIn(name, seen_as, way)
+                walked += 1
+        self.assertGreater(walked, 300)
 
     def test_enumerations_tell_the_simulated_hosts_values_or_that_they_are_the_hosts(self):
         page = (PAGES / "enums.html").read_text(encoding="utf-8")

@@ -10,7 +10,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tools"))
 from tvgen import model as model_mod, stats  # noqa: E402
-from tvgen.model import catalogue  # noqa: E402
+from tvgen.model import answers, catalogue  # noqa: E402
 
 IID_A = "f38c5248-f223-4c72-95cb-a2319972e1cd"
 IID_B = "9CDB6796-0043-49DD-A3A8-24C069F86010"
@@ -50,6 +50,22 @@ class Refusals(unittest.TestCase):
                     load(text)
                 self.assertIn(fragment, str(e.exception))
                 self.assertIn(f"application.api:{line}", str(e.exception))
+
+
+class AnswerFacts(unittest.TestCase):
+    def test_each_mistake_in_the_answers_file_is_refused_naming_its_line(self):
+        for text, fragment in [("IA answers IB\n", "expected 'Subject answers Interface  # why'"),
+                               ("IA answers IC  # why\n", "no interface IC"),
+                               ("IA_GetB answers IA  # why\n", "returns IB, which says its interface already"),
+                               ("IA_Nothing answers IB  # why\n", "neither an interface nor an export"),
+                               ("IA answers IB  # why\nIA answers IB  # again\n", "IA answers IB twice")]:
+            with self.subTest(text=text), tempfile.TemporaryDirectory() as d:
+                Path(d, "application.api").write_text(f"interface IA {IID_A}\n  IB GetB()\ninterface IB {IID_B}\n")
+                Path(d, answers.FILE).write_text(text)
+                with self.assertRaises(catalogue.CatalogueError) as e:
+                    answers.load(d, catalogue.load(d, ["application"]))
+                self.assertIn(fragment, str(e.exception))
+                self.assertIn(f"{answers.FILE}:{text.count(chr(10))}", str(e.exception))
 
 
 class Figures(unittest.TestCase):

@@ -5,10 +5,12 @@
   interface A to Z, the groups, the handle base and the vector and value
   functions;
 - one page per interface group: each interface with its IID text, where its
-  objects come from, and each export with its C signature, in which every
-  handle, list and enumeration names its interface or enumeration, what the
-  caller owns of the result, and for remotable functions their wire values
-  linked to the protocol document;
+  objects come from, how to reach it from the application (following the
+  objects that answer more than one interface, catalogue/answers.txt), and
+  each export with its C signature, in which every handle, list and
+  enumeration names its interface or enumeration, what the caller owns of
+  the result, and for remotable functions their wire values linked to the
+  protocol document;
 - enums.html: every enumeration the catalogue names, with the values the
   simulated host gives meaning to;
 - protocol.html (and protocol.md as written) from the docs folder;
@@ -38,6 +40,13 @@ text argument is the empty text; a null vector argument is the empty list.
 In the signatures, a comment names what a <code>void*</code> or an
 <code>int</code> carries: the interface of a handle, the element interface of
 an object list, an enumeration, or <code>bool</code>.</p>
+<p>Each interface says how to reach it: a chain of calls from the
+application's functions (which take no handle), each on the object the one
+before returned, or a handler registration whose handler receives the object.
+"as I" passes the same handle on as I: the object answers that interface too,
+as the catalogue records (its reason shows over the step). Of the ways, the
+one shown needs the fewest calls that take another object, then the fewest
+that take values, then the fewest calls: plain getters before a search.</p>
 """
 
 
@@ -54,6 +63,14 @@ class Reference:
         for s in model.sources.values():
             self.page_of.setdefault(s.name, "events.html")
         self.handed_out = self._handed_out()
+        self.ways = model.ways()
+        self.answered_by = defaultdict(list)   # {interface: [facts of interfaces whose objects answer it]}
+        self.answer_of = {}                    # {export: the fact of what its IAPIObject result answers}
+        for f in model.answers:
+            if f.subject in model.interfaces:
+                self.answered_by[f.interface].append(f)
+            else:
+                self.answer_of[f.subject] = f
 
     def export_href(self, export):
         """Where an export is documented, or None for a name that is none."""
@@ -93,14 +110,30 @@ class Reference:
         return f"typedef {self.typed(callback_c_result(e.result), e.result)} (*{e.callback_type})({params})"
 
     def _handed_out(self):
-        """{interface: [exports that hand out its objects: results, out-objects, list elements]}"""
+        """{interface: [exports that hand out its objects: results, out-objects,
+        list elements, IAPIObject results the catalogue says answer it]}"""
         found = defaultdict(list)
+        answering = {f.subject: f.interface for f in self.model.answers}
         for op in self.model.ops():
             for t in [op.result] + [p.type for p in op.params if p.mode == "out"]:
                 name = t.name if t.kind == "object" else t.element
+                if name == "IAPIObject" and t.kind == "object":
+                    name = answering.get(op.export)
                 if name and name != "IAPIObject" and op.export not in found[name]:
                     found[name].append(op.export)
         return found
+
+    def export_links(self, exports):
+        links = ", ".join(f'<a href="{self.export_href(e)}">{e}</a>' for e in exports[:SOURCES_SHOWN])
+        more = f" and {len(exports) - SOURCES_SHOWN} more" if len(exports) > SOURCES_SHOWN else ""
+        return links + more
+
+    def step(self, step):
+        """One step of a way, as the reference shows it."""
+        if step.interface:
+            return f'<span class="as" title="{esc(step.reason)}">as {self.interface_link(step.interface)}</span>'
+        call = f'<a href="{self.export_href(step.export)}">{step.export}</a>'
+        return call + (" (its handler receives it)" if step.handler else "")
 
 
 def _owns(op):
@@ -151,6 +184,9 @@ def _remote(op):
 def _function(ref, op):
     lines = [f'<div class="fn" id="{op.export}"><pre class="sig">{ref.signature(op)}</pre>']
     facts = ([f"Caller owns: {_owns(op)}"] if _owns(op) else []) + _notes(op)
+    answer = ref.answer_of.get(op.export)
+    if answer:
+        facts.append(f"Its object answers {ref.interface_link(answer.interface)} ({esc(answer.reason)})")
     if op.interface.remote:
         facts.append(_remote(op))
     if facts:
@@ -186,15 +222,28 @@ def _interface_section(ref, i):
            f"{'yes, every function below' if i.remote else 'no'}.</p>\n"]
     handed = ref.handed_out.get(i.name, [])
     if handed:
-        links = ", ".join(f'<a href="{ref.export_href(e)}">{e}</a>' for e in handed[:SOURCES_SHOWN])
-        more = f" and {len(handed) - SOURCES_SHOWN} more" if len(handed) > SOURCES_SHOWN else ""
-        out.append(f'<p class="from">Obtained from: {links}{more}.</p>\n')
+        out.append(f'<p class="from">Obtained from: {ref.export_links(handed)}.</p>\n')
+    for f in ref.answered_by.get(i.name, []):
+        if ref.handed_out.get(f.subject):
+            out.append(f'<p class="from">Obtained from, as {ref.interface_link(f.subject)} (whose objects answer it: '
+                       f"{esc(f.reason)}): {ref.export_links(ref.handed_out[f.subject])}.</p>\n")
+    out.append(_reach(ref, i))
     if not i.ops and not _registrations(ref.model, i.name):
         out.append("<p>Declared only: it has no operations of its own.</p>\n")
     out.extend(_function(ref, op) for op in i.ops)
     out.append(_registration_block(ref, i.name))
     out.append("</section>\n")
     return out
+
+
+def _reach(ref, i):
+    steps = ref.ways.get(i.name)
+    if i.root:
+        return ""
+    if steps is None:
+        return ('<p class="reach">How to reach it: no way from the application is known to the catalogue '
+                "(an object some function returns as <code>IAPIObject</code> may answer it).</p>\n")
+    return f'<p class="reach">How to reach it: {" → ".join(ref.step(s) for s in steps)}.</p>\n'
 
 
 def _export_count(ref, group):

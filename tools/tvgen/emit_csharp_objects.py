@@ -139,12 +139,12 @@ def modifiers(name, params, static):
     return "public " + ("static " if static else "") + ("new " if hides else "")
 
 
-def method_text(name, static, handle, native_name, params_of, result, body_extra=""):
+def method_text(name, static, handle, native_name, params_of, result, body_extra="", first=""):
     """A method: parameters and conversions from params_of, the native call, the result."""
     m = Method()
     args = ([handle] if handle else []) + [_arg(m, p, n) for n, p in enumerate(params_of)]
     call = f"Native.{native_name}({', '.join(args)})"
-    lines = list(m.before)
+    lines = ([first] if first else []) + m.before
     rtype = result_type(result)
     if result.kind == "void":
         lines.append(f"{call};")
@@ -279,7 +279,9 @@ def class_text(interface, model):
     if interface.root:
         out = [f"    /// <summary>{name}, the {interface.root}'s own interface: static methods.</summary>\n",
                f"    public static class {name}\n    {{\n"]
-        out += [method_text(op.name, True, None, op.export, op.params, op.result) for op in interface.ops]
+        # Outside the application, a clear error until the simulated host starts (TvApic.SimulatedHost).
+        out += [method_text(op.name, True, None, op.export, op.params, op.result,
+                            first=f'SimulatedHost.Require("{name}", "{op.export}");') for op in interface.ops]
         return "".join(out) + "    }\n"
     out = [f"    /// <summary>{name} (IID {interface.iid}).</summary>\n",
            f"    public sealed class {name} : ApiObject\n    {{\n",

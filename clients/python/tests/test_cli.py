@@ -24,12 +24,18 @@ class TestArguments:
         assert parse("IDocuments_Open", "31", "-", "No", "1") == [Handle(31), "-", False, True]
         assert parse("ITavraDocument2D_MoveObjects", "0", "-1.5", "2") == [None, -1.5, 2.0]
         assert parse("IApplication_GetSystemVersion", "-", "0x10", "-", "-3") == [None, 16, None, -3]
+        # The values help writes; slots left out at the end hold 0, so that their values come back.
+        assert parse("IDocuments_GetItem", "None", "1") == [None, 1]
+        assert parse("IApplication_GetSystemVersion", "None", "-") == [None, None, 0, 0]
+        assert parse("IApplication_GetSystemVersion") == [0, 0, 0, 0]
+        assert parse("IDocuments_GetLoadCombinations", "0x2", "a.tvd") == [Handle(2), "a.tvd", 0]
 
     @pytest.mark.parametrize("fn, words, message", [
         ("IDocuments_GetItem", ["doc", "1"], "'documents' expects a handle"),
         ("IDocuments_GetItem", ["0x1", "-"], "'index' expects an integer, not '-'"),
         ("ITavraDocument2D_MoveObjects", ["0x1", "x", "1"], "'dx' expects a number"),
         ("IDocuments_GetItem", ["0x1"], "takes 2 arguments \\(documents index\\), 1 given"),
+        ("IDocuments_GetLoadCombinations", ["0x1"], "takes 2 to 3 arguments"),
     ])
     def test_bad_words_are_refused(self, fn, words, message):
         with pytest.raises(ValueError, match=message):
@@ -114,7 +120,13 @@ def test_calls_through_the_command(tvhost):
     _, port = tvhost
     done = run(port, "IApplication_GetSystemVersion", "0", "-", "0", "-")
     assert (done.returncode, done.stdout) == (0, "26\n-\n0\n-\ntrue\n"), done.stderr
+    assert run(port, "IApplication_GetSystemVersion").stdout == "26\n1\n0\n2611\ntrue\n"
     documents = run(port, "IApplication_GetDocuments").stdout.strip()
     document = run(port, "IDocuments_Add", documents, "1", "false").stdout.strip()
     assert run(port, "ITavraDocument_SetAuthor", document, "Zoë \U0001F600").stdout == ""
     assert run(port, "ITavraDocument_GetAuthor", document).stdout == "Zoë \U0001F600\n"
+    # A result that does not travel is said so, and the call counts as unanswered.
+    done = run(port, "ITavraDocument_GetCreationDate", document)
+    assert (done.returncode, done.stdout, done.stderr) == (1, "", "tvapic: ITavraDocument_GetCreationDate ran, but "
+        "its double result does not travel back through the API Server: call it in process (tvapic.native) for its "
+        "value\n")

@@ -28,6 +28,30 @@ def test_a_library_not_found_is_said_so(native):
     assert "LibraryNotFound: no library at /nonexistent/libtvAPIC.so" in done.stderr
 
 
+def test_a_call_of_the_application_before_the_simulated_host_raises_and_the_process_lives(native):
+    script = """
+from tvapic import NoApplication, native, objects
+def attempt(call):
+    try:
+        return f"answered {call()!r}"
+    except NoApplication as e:
+        return str(e)
+calls = [native.IApplication_GetBuildNumber, objects.application().GetBuildNumber,
+         lambda: native.ITransferService_GetAttributesFromAPI(None)]
+before = [attempt(call) for call in calls]
+native.start_simulated_host()
+started = [attempt(call) for call in calls]
+native.stop_simulated_host()
+print(*before, *started, attempt(calls[0]), sep="\\n")
+"""
+    done = subprocess.run([sys.executable, "-c", script], capture_output=True, text=True, timeout=60)
+    told = "(): no application in this process. Outside the application, start the simulated host first: " \
+           "tvapic.native.start_simulated_host()"
+    assert done.stdout.splitlines() == [f"IApplication_GetBuildNumber{told}"] * 2 + [
+        f"ITransferService_GetAttributesFromAPI{told}", "answered 2611", "answered 2611", "answered ([], [], False)",
+        f"IApplication_GetBuildNumber{told}"], done.stderr
+
+
 class TestVectors:
     """Lists made into C vectors are read back through the library's own _Get,
     and C vectors made with _Create/_Set come back as lists."""

@@ -33,9 +33,6 @@ if docs is not None:
     if doc is not None:
         name: str = doc.GetName()
         drawing: objects.ITavraDocument2D = doc.query(objects.ITavraDocument2D)
-with objects.require(objects.require(app.GetDocuments()).Add(1, True)) as required:
-    required.SetAuthor("Ada")
-native.start_simulated_host()
 build: int = Client().IApplication_GetBuildNumber()
 '''
 

@@ -9,10 +9,12 @@ tvapic.native   every export of libtvAPIC, called in process (ctypes)
 tvapic.objects  one class per interface, over tvapic.native or a Client
 """
 
-from .errors import DoesNotTravel, Error, NotAnAPIServer, NotReachable, NotRemotable, NullHandle, ProtocolError
+from .errors import (DoesNotTravel, Error, NoApplication, NotAnAPIServer, NotReachable, NotRemotable, NullHandle,
+                     ProtocolError)
 from .wire import Handle, Param, Result, Signature
 from .client import DEFAULT_PORT, SIGNATURES, Client, signature
 
-__all__ = ["Client", "DEFAULT_PORT", "DoesNotTravel", "Error", "Handle", "NotAnAPIServer", "NotReachable",
-           "NotRemotable", "NullHandle", "Param", "ProtocolError", "Result", "SIGNATURES", "Signature", "signature"]
+__all__ = ["Client", "DEFAULT_PORT", "DoesNotTravel", "Error", "Handle", "NoApplication", "NotAnAPIServer",
+           "NotReachable", "NotRemotable", "NullHandle", "Param", "ProtocolError", "Result", "SIGNATURES", "Signature",
+           "signature"]
 __version__ = "0.1.0"

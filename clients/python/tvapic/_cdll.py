@@ -1,9 +1,11 @@
 """Finding and loading libtvAPIC, the C runtime's free, and 16-bit text.
 
 The library is looked for, in order: at the path in TVAPIC_LIBRARY; beside
-the tvapic package (or in its parent directory); by name through the system's
-loader (an installed library). Text crosses as UTF-16 units on every platform:
-ctypes' c_wchar is four bytes where wchar_t is, so it is never used.
+the tvapic package, in its parent directory, or in the lib folder beside that
+(the build tree stages the package in build/python, the libraries lie in
+build/lib); by name through the system's loader (an installed library).
+Text crosses as UTF-16 units on every platform: ctypes' c_wchar is four
+bytes where wchar_t is, so it is never used.
 """
 
 import ctypes
@@ -34,7 +36,8 @@ def library_names():
 
 def _candidates():
     package = Path(__file__).resolve().parent
-    return [folder / name for folder in (package, package.parent) for name in library_names()]
+    folders = (package, package.parent, package.parent.parent / "lib")
+    return [folder / name for folder in folders for name in library_names()]
 
 
 def _open(path):

@@ -3,8 +3,9 @@ application that tvhost also serves, for running tvapic.native and
 tvapic.objects outside the application.
 
 Inside the application the library's calls reach the application itself and
-none of this is used. Outside it, with no application installed, the host
-platform's stand-in ends the process at the first call that needs one.
+none of this is used. Outside it, the host platform's stand-in answers a
+call of the application's with nothing until the simulated host starts: a
+rooted call raises NoApplication first, naming what to call.
 """
 
 import ctypes
@@ -15,11 +16,16 @@ from pathlib import Path
 
 from . import _cdll
 from ._handles import outstanding
+from .errors import NoApplication
 
 ENVIRONMENT = "TVSIM_LIBRARY"
 
 _lock = threading.Lock()
 _started = None   # (path, CDLL)
+_has_root = None  # the stand-in's question, once asked; False inside the application
+
+# The interfaces whose functions take no handle: they reach the host's roots.
+ROOTS = ("IApplication", "ITransferService")
 
 
 def _names():
@@ -68,3 +74,34 @@ def stop():
                                "which frees the objects they point to")
         _started[1].tvsim_stop()
         _started = None
+
+
+def root_of(export):
+    """The rooted interface an export belongs to, or None."""
+    interface = export.split("_", 1)[0]
+    return interface if interface in ROOTS else None
+
+
+def _stand_in_question():
+    """The stand-in's tvapi_standin_has_root, found through libtvAPIC's own
+    libraries; False when the host's libraries are the application's."""
+    global _has_root
+    if _has_root is None:
+        try:
+            ask = _cdll.load()[1].tvapi_standin_has_root
+        except AttributeError:
+            _has_root = False
+        else:
+            ask.argtypes = [ctypes.c_char_p]
+            ask.restype = ctypes.c_int
+            _has_root = ask
+    return _has_root
+
+
+def require_root(root, export):
+    """NoApplication when this process runs the stand-in without the root
+    installed: the call would reach nothing."""
+    ask = _stand_in_question()
+    if ask and not ask(root.encode("ascii")):
+        raise NoApplication(f"{export}(): no application in this process. Outside the application, start the "
+                            f"simulated host first: tvapic.native.start_simulated_host()")

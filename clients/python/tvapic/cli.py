@@ -5,21 +5,26 @@
     tvapic help NAME
     tvapic --version
 
-Arguments are read by the function's signature: handles as 0x... or decimal
-(0 is the null handle), integers in any base Python reads (0x10, -3),
-truth values as true/false/yes/no/on/off/1/0, numbers as floats, texts as
-given. `-` leaves a slot out. Options come before NAME; every word after it
-is an argument.
+Arguments are read by the function's signature, as `tvapic help NAME` writes
+them: handles as 0x... or decimal (0 and None are the null handle), integers
+in any base Python reads (0x10, -3), truth values as true/false/yes/no/on/off/
+1/0, numbers as floats, texts as given. A slot (a value the function gives
+back through a parameter) left out at the end is sent holding 0, so that its
+value comes back; `-` or None sends it without a value. Options come before
+NAME; every word after it is an argument.
 
 Each value of the answer is printed on a line of its own: the slots first,
-then the result. Handles print as 0x..., a left-out slot as `-`, a list of
-texts as a JSON array (`null` for a null list). With --json the answer is
-one JSON object instead: {"slots": {name: value}, "result": value}, handles
-as "0x..." strings, null for a null handle, a left-out slot or no result.
+then the result. Handles print as 0x..., a slot sent without a value as `-`,
+a list of texts as a JSON array (`null` for a null list). With --json the
+answer is one JSON object instead: {"slots": {name: value}, "result": value},
+handles as "0x..." strings, null for a null handle, a slot without a value
+or no result.
 
 Exit status: 0 answered; 1 the call could not be made or answered (no
-server, not an API Server, an answer that does not fit); 2 a mistake in
-the command line, found before anything is sent.
+server, not an API Server, an answer that does not fit), or it ran but its
+result does not travel back (a double, a list: what did come back is
+printed, and the reason on standard error); 2 a mistake in the command
+line, found before anything is sent.
 """
 
 import argparse
@@ -37,14 +42,17 @@ _TRUE = {"1", "true", "yes", "on"}
 _FALSE = {"0", "false", "no", "off"}
 
 
+_NOT_GIVEN = ("-", "None")   # as the answer and `tvapic help` write a slot without a value
+
+
 def parse_value(param, word):
     """The Python value of a command-line word for a parameter; ValueError when it does not read."""
-    if param.is_slot and word == "-":
+    if param.is_slot and word in _NOT_GIVEN:
         return None
     type_ = param.type
     try:
         if type_ == "object":
-            value = int(word, 0)
+            value = 0 if word == "None" else int(word, 0)
             return Handle(value) if value else None
         if type_ == "bool":
             low = word.lower()
@@ -61,15 +69,19 @@ def parse_value(param, word):
 
 
 def _expects(param):
-    return {"object": "a handle (0x... or decimal)", "bool": "true or false", "double": "a number"}.get(
-        param.type, "an integer") + (" or - to leave it out" if param.is_slot else "")
+    return {"object": "a handle (0x..., decimal or None)", "bool": "true or false", "double": "a number"}.get(
+        param.type, "an integer") + (" or - to send it without a value" if param.is_slot else "")
 
 
 def parse_arguments(sig, words):
-    if len(words) != len(sig.params):
+    """The values of the words; slots left out at the end hold 0, so that their values come back."""
+    required = max((n + 1 for n, p in enumerate(sig.params) if not p.is_slot), default=0)
+    if not required <= len(words) <= len(sig.params):
         names = " ".join(p.name for p in sig.params) or "no arguments"
-        raise ValueError(f"{sig.name} takes {len(sig.params)} argument{'s' * (len(sig.params) != 1)} "
+        count = f"{required} to {len(sig.params)}" if required < len(sig.params) else str(len(sig.params))
+        raise ValueError(f"{sig.name} takes {count} argument{'s' * (len(sig.params) != 1)} "
                          f"({names}), {len(words)} given")
+    words = list(words) + ["0"] * (len(sig.params) - len(words))
     return [parse_value(p, w) for p, w in zip(sig.params, words)]
 
 
@@ -205,4 +217,8 @@ def _run(args, out):
     else:
         for line in format_answer(sig, answer):
             print(line, file=out)
+    if sig.result_stays:
+        print(f"tvapic: {sig.name} ran, but its {sig.result_stays} result does not travel back through the API "
+              "Server: call it in process (tvapic.native) for its value", file=sys.stderr)
+        return 1
     return 0

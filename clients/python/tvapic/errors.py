@@ -7,6 +7,7 @@
       NotRemotable      the API Server does not serve the function (also a ValueError)
       DoesNotTravel     the function ran on the server; its result cannot come back
       NullHandle        an object was required and the null handle came
+      NoApplication     in process, outside the application, before the simulated host started
 
 Arguments of the wrong type or out of range are refused before anything is
 sent, with Python's own TypeError and ValueError.
@@ -47,3 +48,9 @@ class DoesNotTravel(Error):
 
 class NullHandle(Error, ValueError):
     """The null handle (None) where an object was required."""
+
+
+class NoApplication(Error, RuntimeError):
+    """In process, a call of the application (or of its transfer service)
+    while none is in the process: outside the application, the simulated
+    host has to be started first (tvapic.native.start_simulated_host())."""

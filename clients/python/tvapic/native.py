@@ -50,8 +50,9 @@ _kinds_of_library = None
 def load(path=None):
     """Loads the library now (it is otherwise loaded by the first call) and returns its path.
 
-    Without a path: TVAPIC_LIBRARY, then libtvAPIC beside the package, then
-    the system's loader.
+    Without a path: TVAPIC_LIBRARY, then libtvAPIC beside the package (or
+    in its parent folder, or in the lib folder beside that, as in the build
+    tree), then the system's loader.
     """
     return _cdll.load(path)[0]
 
@@ -102,6 +103,7 @@ class Function:
         self.result_kind, self.params = _parse(FUNCTIONS[name])
         self._bound = None
         self._after = None
+        self._root = _simulated_host.root_of(name)
         self.__signature__ = self._signature()
         self.__doc__ = self._doc()
 
@@ -145,6 +147,8 @@ class Function:
 
     def __call__(self, *args, **kwargs):
         cfunc, params, result = self._bound or self._bind_library()
+        if self._root:
+            _simulated_host.require_root(self._root, self.__name__)
         try:
             values = self._values(args, kwargs)
         except TypeError as e:

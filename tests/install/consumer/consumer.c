@@ -1,6 +1,8 @@
 /* A C program built against the installed headers and libraries: the
- * library's own parts (a vector of texts) work, and its calls reach the
- * installed simulated host once it is started. */
+ * library's own parts (a vector of texts) work, a call of the application's
+ * before the simulated host starts answers null (the stand-in says what to
+ * call on standard error), and the calls reach the installed simulated host
+ * once it is started. */
 #include <stdio.h>
 #include <stdlib.h>
 
@@ -16,6 +18,7 @@ int main(void) {
     int ok = copy != text + 2 && copy[0] == 0xD834 && copy[1] == 0xDD1E && copy[2] == 0;
     StringVector_Delete(names);
 
+    ok = ok && IApplication_GetDocuments() == NULL;
     tvsim_start();
     void* documents = IApplication_GetDocuments();
     void* document = IDocuments_Add(documents, 1, 1);

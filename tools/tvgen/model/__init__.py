@@ -7,6 +7,7 @@ the facts the emitters derive from them.
 Its parts:
 
     catalogue.py, events.py   read and check the files (grammar in catalogue/README.md)
+    answers.py                the objects that answer more than one interface; the way to each interface
     types.py                  the one table of type facts, and the C and C++ forms built on it
     families.py               the C vector and value families
     wire.py                   how a remotable function travels over the API Server's wire
@@ -19,6 +20,7 @@ of the table in types.py; its docstring says what else it may need.
 
 from dataclasses import dataclass, field
 
+from . import answers as _answers
 from . import catalogue as _catalogue
 from . import events as _events
 from .catalogue import CatalogueError, groups_in
@@ -36,9 +38,11 @@ CHUNK = 700
 @dataclass
 class Model(_catalogue.Catalogue):
     """The checked catalogue: groups (by name, "events" last),
-    interfaces (by name, in declaration order) and the interfaces that take
-    handlers (`sources`, by name, in the events file's order)."""
+    interfaces (by name, in declaration order), the interfaces that take
+    handlers (`sources`, by name, in the events file's order) and the facts of
+    objects that answer more than one interface (`answers`)."""
     sources: dict = field(default_factory=dict)
+    answers: list = field(default_factory=list)
 
     def interfaces_in(self, group):
         return [i for i in self.interfaces.values() if i.group == group]
@@ -108,6 +112,10 @@ class Model(_catalogue.Catalogue):
     def remotable(self):
         return _remotable(self)
 
+    def ways(self):
+        """{interface: [answers.Step]}: how each interface is reached from the rooted ones."""
+        return _answers.ways(self, self.answers)
+
     def export_names(self):
         """Every function the library exports, in header order."""
         names = ["IAPIObject_AddRef", "IAPIObject_Release", "IAPIObject_IsSameObjects"]
@@ -121,4 +129,6 @@ def load(directory):
     """Reads every group of a catalogue directory, then its events file."""
     cat = _catalogue.load(directory)
     events = _events.load(directory, cat)
-    return Model(cat.groups, cat.interfaces, events.sources)
+    model = Model(cat.groups, cat.interfaces, events.sources)
+    model.answers = _answers.load(directory, model)
+    return model
