@@ -54,8 +54,8 @@ template <class I, class Handler, class R, class Callback>
 void Register(const char* export_name, void* object, const tvWChar* key, Callback callback,
               R (I::*add)(const tvapi::WString&, Handler)) {
     if (!CanRegister(export_name, object, callback)) return;
-    frame::Target<I> self(object, export_name);
-    if (!self) return;
+    frame::Target<I> self(object);
+    if (!self) return frame::Refused<I, void>(export_name, object);
     const tvapi::WString host_key = core::ToHostText(key);
     Handler handler = Wrap<Handler>(export_name, callback, key, true);
     (self.operator->()->*add)(host_key, handler);
@@ -65,8 +65,8 @@ void Register(const char* export_name, void* object, const tvWChar* key, Callbac
 template <class I, class Handler, class R, class Callback>
 void Register(const char* export_name, void* object, Callback callback, R (I::*add)(Handler)) {
     if (!CanRegister(export_name, object, callback)) return;
-    frame::Target<I> self(object, export_name);
-    if (!self) return;
+    frame::Target<I> self(object);
+    if (!self) return frame::Refused<I, void>(export_name, object);
     Handler handler = Wrap<Handler>(export_name, callback, nullptr, false);
     (self.operator->()->*add)(handler);
 }

@@ -1,6 +1,6 @@
 // What checked mode learns from an export (check/check.h): whether its
-// handle was refused (Target, on the path that returns the default) and,
-// after the call, what it handed out. While checking is off, Returned is the
+// handle was refused (Refused, frame.h, on the path that returns the
+// default) and, after the call, what it handed out. While checking is off, Returned is the
 // one test an export adds to its path, never taken.
 #pragma once
 

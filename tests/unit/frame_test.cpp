@@ -22,7 +22,7 @@ using Shapes = std::vector<tvapi::SmartPtr<IShape>>;
 
 // The exports the generator would write for IShape's Find and Collect.
 bool IShape_Find(void* handle, void** found) {
-    Target<IShape> self(handle, __func__);
+    Target<IShape> self(handle);
     if (!self) return false;
     Arg<tvapi::SmartPtr<IShape>*, void**> a0(found);
     self->Find(a0.host());
@@ -31,7 +31,7 @@ bool IShape_Find(void* handle, void** found) {
 }
 
 void IShape_Collect(void* handle, ObjectReferenceVector_t* shapes) {
-    Target<IShape> self(handle, __func__);
+    Target<IShape> self(handle);
     if (!self) return;
     Arg<Shapes&, ObjectReferenceVector_t*> a0(shapes);
     self->Collect(a0.host());

@@ -24,8 +24,8 @@ def wrapper(op):
         body.append("tvapi::ITransferService& self = tvapi::GetTransferService();")
         call_on = "self."
     else:
-        body.append(f"Target<tvapi::{op.interface.name}> self(handle, {name});")
-        body.append("if (!self) return {};" if result != "void" else "if (!self) return;")
+        body.append(f"Target<tvapi::{op.interface.name}> self(handle);")
+        body.append(f"if (!self) return Refused<tvapi::{op.interface.name}, {result}>({name}, handle);")
         call_on = "self->"
     for n, p in enumerate(op.params):
         body.append(f"Arg<{host_param(p, root)}, {c_param(p)}> a{n}({p.name});")
