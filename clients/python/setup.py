@@ -2,7 +2,7 @@
 
 pip uses the package's own build backend (see pyproject.toml), which needs no
 package from an index; both put the modules generated from the catalogue
-(tvapic/_remote.py, _native.py, _objects.py and the stubs) into what they build.
+(tvapic/_generated_*.py and the stubs) into what they build.
 """
 
 import sys

@@ -85,10 +85,15 @@ TEST_F(Reliability, ForgedHandlesAnswerAsNullOnEveryHandleTakingFunction) {
 }
 
 TEST_F(Reliability, SixtyFourBitIntegersAreNotMistakenForHandles) {
-    // GetObjectId's u64 arguments are objects; ReplaceExternalFilesNames has
-    // none; the window handle result is a 64-bit integer sent as it is.
-    std::string window = Call(Name("IApplication_GetMainWindowHandle"));
-    EXPECT_EQ(window, U64(app_->answers.id));
+    // A 64-bit integer result (the main window's handle) goes back as it is
+    // and is not recorded as a handle handed out: here it is the address of
+    // an object the server never gave, which a client must not reach with it.
+    tvprobe::Held document("ITavraDocument");
+    std::uint64_t address = reinterpret_cast<std::uintptr_t>(document.o->Face("ITavraDocument"));
+    app_->answers.id = address;
+    EXPECT_EQ(Call(Name("IApplication_GetMainWindowHandle")), U64(address));
+    EXPECT_EQ(Call(Name("ITavraDocument_GetDocumentType") + U64(address)), I32(0));
+    EXPECT_TRUE(document.o->calls.empty());
 }
 
 TEST_F(Reliability, NamesAndTextsOverTheLimitAreRefusedAndTheNextClientServed) {

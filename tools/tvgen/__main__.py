@@ -16,50 +16,93 @@ from pathlib import Path
 
 from . import model as model_mod
 from . import protocol_doc, stats
-from . import emit_server, emit_events, emit_exports, emit_header, emit_probes, emit_py_remote, emit_sim, emit_sweep
-from . import emit_apidoc, emit_pynative, emit_pyobjects, emit_stubs, emit_tvapi
-from . import emit_csharp_native, emit_csharp_objects, emit_csharp_remote, emit_json
+from . import (emit_csharp_native, emit_csharp_objects, emit_csharp_remote, emit_event_probe_header,
+               emit_event_probes, emit_exports, emit_header, emit_json, emit_probe_names, emit_probe_registry,
+               emit_probes, emit_py_native, emit_py_native_stub, emit_py_objects, emit_py_objects_stub,
+               emit_py_remote, emit_py_remote_stub, emit_registration_sweep, emit_registrations,
+               emit_reference_enums, emit_reference_group, emit_reference_index, emit_reference_protocol,
+               emit_reference_search, emit_server, emit_sim, emit_sweep, emit_sweep_index, emit_tvapi,
+               emit_tvapi_declarations, emit_version_script, emit_wire_signatures)
+from .reference_pages import ASSETS, Reference
 
 
-def outputs(model):
-    """Map of relative output path -> function producing its text."""
-    files = {
-        "include/tvAPIC.h": lambda: emit_header.emit(model),
-        "include/tvapi/declarations.h": lambda: emit_tvapi.emit_declarations(model),
-        "probe/probe_faces.h": lambda: emit_probes.emit_declarations(model),
-    }
-    for group in model.groups:
-        files[f"include/tvapi/{group}.h"] = lambda g=group: emit_tvapi.emit_group(model, g)
-        files[f"sim/defaults_{group}.h"] = lambda g=group: emit_sim.emit_group(model, g)
-        for n, part in enumerate(model.chunks(group)):
-            files[f"api/{group}_{n}.cpp"] = lambda g=group, p=part: emit_exports.emit_chunk(model, g, p)
-            # Faces of interfaces that take handlers come from emit_events.
-            files[f"probe/{group}_{n}.cpp"] = lambda g=group, p=part: emit_probes.emit_chunk(model, g, model.plain(p))
-            files[f"sweep/{group}_{n}.cpp"] = lambda g=group, p=part, k=n: emit_sweep.emit_chunk(model, g, p, k)
-    files["check/interfaces.cpp"] = lambda: emit_exports.emit_interface_table(model)
-    files["probe/registry.cpp"] = lambda: emit_probes.emit_registry(model)
-    files["server/handlers.cpp"] = lambda: emit_server.emit_handlers(model)
-    files["server/wire_signatures.h"] = lambda: emit_server.emit_signature_table(model)
-    files["python/tvapic/_remote.py"] = lambda: emit_py_remote.emit(model)
-    files["python/tvapic/_native.py"] = lambda: emit_pynative.emit(model)
-    files["python/tvapic/_objects.py"] = lambda: emit_pyobjects.emit(model)
-    for rel, make in emit_stubs.outputs(model).items():
-        files[f"python/tvapic/{rel}"] = make
-    files["tvAPIC.catalogue.json"] = lambda: emit_json.emit(model)
-    files["dotnet/Native.g.cs"] = lambda: emit_csharp_native.emit(model)
-    files["dotnet/Objects.g.cs"] = lambda: emit_csharp_objects.emit(model)
-    files["dotnet/Remote.g.cs"] = lambda: emit_csharp_remote.emit(model)
-    files["exports.map"] = lambda: version_script(model)
-    files["sweep/cases.cpp"] = lambda: emit_sweep.emit_index(model)
-    files.update(emit_events.outputs(model))
+def export_chunk(model, group, part, n):
+    return emit_exports.emit_chunk(model, group, part)
+
+
+def document(name):
+    """An output that is a file of the reference's documents folder, as written."""
+    return lambda ref: (ref.docs / name).read_text(encoding="utf-8")
+
+
+def asset(name):
+    """An output that is a file of the reference's own assets (tools/tvgen/reference/), as written."""
+    return lambda ref: (ASSETS / name).read_text(encoding="utf-8")
+
+
+# Every file the generator writes, and its emitter. A path with {group} is
+# written once per interface group, with {group} and {n} once per part of a
+# group (the model's chunks); the emitter takes the model, then the group,
+# then the part's interfaces and its number.
+CODE = [
+    ("include/tvAPIC.h", emit_header.emit),
+    ("include/tvapi/declarations.h", emit_tvapi_declarations.emit),
+    ("include/tvapi/{group}.h", emit_tvapi.emit),
+    ("api/{group}_{n}.cpp", export_chunk),
+    ("api/event_registrations.cpp", emit_registrations.emit),
+    ("exports.map", emit_version_script.emit),
+    ("check/interfaces.cpp", emit_exports.emit_interface_table),
+    ("server/handlers.cpp", emit_server.emit),
+    ("server/wire_signatures.h", emit_wire_signatures.emit),
+    ("sim/defaults_{group}.h", emit_sim.emit),
+    ("probe/probe_faces.h", emit_probe_names.emit),
+    ("probe/{group}_{n}.cpp", emit_probes.emit),
+    ("probe/registry.cpp", emit_probe_registry.emit),
+    ("probe/event_faces.h", emit_event_probe_header.emit),
+    ("probe/event_faces.cpp", emit_event_probes.emit),
+    ("sweep/{group}_{n}.cpp", emit_sweep.emit),
+    ("sweep/cases.cpp", emit_sweep_index.emit),
+    ("events_tests/registrations.cpp", emit_registration_sweep.emit),
+    ("python/tvapic/_generated_remote.py", emit_py_remote.emit),
+    ("python/tvapic/_generated_remote.pyi", emit_py_remote_stub.emit),
+    ("python/tvapic/_generated_exports.py", emit_py_native.emit),
+    ("python/tvapic/native.pyi", emit_py_native_stub.emit),
+    ("python/tvapic/_generated_classes.py", emit_py_objects.emit),
+    ("python/tvapic/objects.pyi", emit_py_objects_stub.emit),
+    ("dotnet/Native.g.cs", emit_csharp_native.emit),
+    ("dotnet/Objects.g.cs", emit_csharp_objects.emit),
+    ("dotnet/Remote.g.cs", emit_csharp_remote.emit),
+    ("tvAPIC.catalogue.json", emit_json.emit),
+]
+
+# The API reference's pages, the same way; their emitters take the Reference.
+REFERENCE = [
+    ("index.html", emit_reference_index.emit),
+    ("{group}.html", emit_reference_group.emit),
+    ("enums.html", emit_reference_enums.emit),
+    ("protocol.html", emit_reference_protocol.emit),
+    ("protocol.md", document("protocol.md")),
+    ("search-index.js", emit_reference_search.emit),
+    ("search.js", asset("search.js")),
+    ("style.css", asset("style.css")),
+]
+
+
+def outputs(table, model, subject):
+    """{relative path: function producing its text} of a table, for the
+    model's groups and parts; `subject` is what the emitters take first."""
+    files = {}
+    for path, emit in table:
+        if "{n}" in path:
+            for group in model.groups:
+                for n, part in enumerate(model.chunks(group)):
+                    files[path.format(group=group, n=n)] = lambda e=emit, g=group, p=part, k=n: e(subject, g, p, k)
+        elif "{group}" in path:
+            for group in model.groups:
+                files[path.format(group=group)] = lambda e=emit, g=group: e(subject, g)
+        else:
+            files[path] = lambda e=emit: e(subject)
     return files
-
-
-def version_script(model):
-    """The ELF version script: the catalogue's exports and nothing else, so
-    that no template instantiation of a library the code uses leaks out."""
-    names = "".join(f"    {name};\n" for name in model.export_names())
-    return f"{{\n  global:\n{names}  local: *;\n}};\n"
 
 
 def write_if_changed(path, text):
@@ -96,7 +139,10 @@ def main(argv=None):
     if args.exports:
         print("\n".join(model.export_names()))
         return 0
-    files = emit_apidoc.outputs(model, args.reference) if args.reference else outputs(model)
+    if args.reference:
+        files = outputs(REFERENCE, model, Reference(model, args.reference))
+    else:
+        files = outputs(CODE, model, model)
     if args.list:
         print(";".join(sorted(files)))
         return 0

@@ -3,24 +3,16 @@ exported (handles, vectors and returned text as IntPtr, text arguments as
 UTF-16 strings), and the C callback types of the event registrations as
 delegates. clients/dotnet/TvApic has the hand-written rest of the binding."""
 
+from .bindings.csharp import (BOOL_RESULT, HEADER, callback_native_param, callback_native_result, ident,
+                              native_handle_param, native_param, native_result, raw_type)
 from .model import families
-from .model.csharp import (BOOL_RESULT, HEADER, callback_native_param, callback_native_result, handle_name, ident,
-                           native_param, native_result, raw_type)
 from .model.types import LPWSTR
 
 
 def base_imports():
     """(result, export, [(C# type, name)]) of the handle base, vector and value functions."""
-    out = [("int", "IAPIObject_AddRef", [("IntPtr", "handle")]), ("int", "IAPIObject_Release", [("IntPtr", "handle")]),
-           (BOOL_RESULT + "bool", "IAPIObject_IsSameObjects", [("IntPtr", "first"), ("IntPtr", "second")])]
-    for result, name, params in families.container_prototypes():
-        args = []
-        if params != "void":
-            for param in params.split(", "):
-                c_type, pname = param.rsplit(" ", 1)
-                args.append((raw_type(c_type), pname))
-        out.append((raw_type(result), name, args))
-    return out
+    return [(raw_type(proto.result.c_type), proto.name, [(raw_type(p.c_type), p.name) for p in proto.params])
+            for proto in families.HANDLE_BASE + families.container_prototypes()]
 
 
 def registration_import(e):
@@ -30,7 +22,7 @@ def registration_import(e):
 
 
 def op_import(op):
-    params = [] if op.interface.root else [("IntPtr", handle_name(op))]
+    params = [] if op.interface.root else [("IntPtr", native_handle_param(op))]
     params += [(native_param(p), ident(p.name)) for p in op.params]
     return native_result(op.result), op.export, params
 

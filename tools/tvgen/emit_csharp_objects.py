@@ -3,7 +3,7 @@ TvApic.Native. Arguments and results are converted (text copied and freed,
 vectors to arrays and deleted with their family's _Delete, handles wrapped in
 objects that hold one reference), handlers are .NET delegates."""
 
-from .model.csharp import HEADER, callback_native_param, csharp_type, ident
+from .bindings.csharp import HEADER, callback_native_param, csharp_type, ident
 from .model.types import SCALARS
 
 # Members the binding gives every object class: no operation may take their names.
@@ -168,16 +168,16 @@ def method_text(name, static, handle, native_name, params_of, result, body_extra
 
 def handler_param(p):
     t = p.type
-    kind = p.kind
-    if kind == "object":
+    conversion = p.conversion
+    if conversion == "object":
         return t.name
-    if kind == "ObjectReferenceVector":
+    if conversion == "ObjectReferenceVector":
         return f"{t.element}[]"
-    if kind == "Int32Vector":
+    if conversion == "Int32Vector":
         return "int[]"
-    if kind == "StringVector":
+    if conversion == "StringVector":
         return "ref string[]"
-    base = csharp_type(kind)
+    base = csharp_type(conversion)
     return f"ref {base}" if p.inout else base
 
 
@@ -204,21 +204,21 @@ def adapter(e):
     before, args, after = [], [], []
     for n, p in enumerate(e.params):
         name = f"__p{n}"   # the registration's own parameters keep their names
-        kind = p.kind
-        if kind == "object":
+        conversion = p.conversion
+        if conversion == "object":
             args.append(f"__lent.Object({name}, {factory(p.type.name)})")
-        elif kind == "ObjectReferenceVector":
+        elif conversion == "ObjectReferenceVector":
             args.append(f"__lent.Objects({name}, {factory(p.type.element)})")
-        elif kind == "Int32Vector":
+        elif conversion == "Int32Vector":
             args.append(f"Vectors.ReadInt32Vector({name})")
-        elif p.inout and kind in _WRITABLE:
-            declare, write_back = _WRITABLE[kind]
+        elif p.inout and conversion in _WRITABLE:
+            declare, write_back = _WRITABLE[conversion]
             before.append(declare.format(t=f"__w{n}", p=name))
             args.append(f"ref __w{n}")
             after.append(write_back.format(t=f"__w{n}", p=name))
-        elif kind == "text":
+        elif conversion == "text":
             args.append(f"Text.Borrow({name})")
-        elif kind == "bool":
+        elif conversion == "bool":
             args.append(f"{name} != 0")
         else:
             args.append(f"ref {name}" if p.inout else name)

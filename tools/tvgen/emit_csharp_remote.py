@@ -2,49 +2,40 @@
 remotable function, from the wire signatures the API Server's handlers are
 generated with."""
 
-from .model.csharp import HEADER, csharp_type, ident
-from .model.wire import ACCESSOR, travelling
+from .bindings.csharp import HEADER, csharp_type, ident
+from .bindings.names import object_param
+from .model.wire import carriers, result_wire
+from .model.wire_kinds import I32, STRING, STRING_VECTOR, U64
 
-
-def camel(name):
-    """IDocuments -> documents: the name of an object's handle parameter."""
-    return name[1].lower() + name[2:]
+# The C# type of a result, by how it travels.
+RESULT_TYPE = {U64: "ulong", I32: "int", STRING: "string", STRING_VECTOR: "string[]"}
 
 
 def remote_method(op):
-    carried, response = travelling(op)
+    carried = carriers(op)
     own = {p.name for p, _ in carried if p}
     params, writes, reads = [], [], []
-    for p, kind in carried:
+    for p, wire in carried:
         if p is None:
-            name = camel(op.interface.name)
-            while name in own:
-                name += "_"
-            cs, value = "ulong", name
+            name = object_param(op.interface, own)
+            cs = "ulong"
         else:
             name = ident(p.name)
             # A handle is a number here; a slot may be left out.
             cs = "ulong" if p.type.kind == "object" else csharp_type(p.type.kind)
-            if kind.endswith("slot"):
+            if wire.slot:
                 cs += "?"
-            value = name
-        if kind.endswith("slot"):
+        if wire.slot:
             params.append(f"ref {cs} {name}")
-            reads.append(f"{name} = __a.{ACCESSOR[kind]}({name});")
+            reads.append(f"{name} = __a.{wire.accessor}({name});")
         else:
             params.append(f"{cs} {name}")
-        writes.append(f"__q.{ACCESSOR[kind]}({value});")
-    result = op.result
-    last = response[-1] if response and not response[-1].endswith("slot") else None
+        writes.append(f"__q.{wire.accessor}({name});")
     rtype, read = "void", None
-    if last == "u64":
-        rtype, read = "ulong", "__a.U64()"
-    elif last == "i32":
-        rtype, read = ("bool", "__a.I32() != 0") if result.kind == "bool" else ("int", "__a.I32()")
-    elif last == "string":
-        rtype, read = "string", "__a.Text()"
-    elif last == "string vector":
-        rtype, read = "string[]", "__a.TextVector()"
+    wire = result_wire(op)
+    if wire:
+        rtype = "bool" if op.result.kind == "bool" else RESULT_TYPE[wire]
+        read = "__a.I32() != 0" if op.result.kind == "bool" else f"__a.{wire.accessor}()"
     lines = [f"var __q = new Request(\"{op.export}\");"] + writes + ["var __a = Call(__q);"] + reads
     lines += [f"var __r = {read};", "__a.End();", "return __r;"] if read else ["__a.End();"]
     body = "".join(f"            {line}\n" for line in lines)

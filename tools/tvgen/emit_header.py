@@ -1,7 +1,9 @@
-"""Emits tvAPIC.h, the public C header: types, vector families, every export."""
+"""Emits tvAPIC.h, the public C header: types, vector families, every export.
+Beside each prototype whose result the caller owns, a comment says what to
+release it with (the type table's and the families' release facts)."""
 
 from .model import families
-from .model.types import c_signature, callback_c_params, callback_c_result, registration_params
+from .model.types import c_signature, callback_c_params, callback_c_result, registration_params, result_release
 
 PREAMBLE = """\
 /* tvAPIC: flat C access to the host application's object API.
@@ -10,6 +12,7 @@ PREAMBLE = """\
  * Ownership: a handle passed in stays the caller's; a handle returned carries
  * one reference, given back with IAPIObject_Release. Returned text is freed
  * with the C runtime's free; returned vectors with their family's _Delete.
+ * Each prototype whose result the caller owns ends with what releases it.
  */
 #ifndef TVAPIC_H
 #define TVAPIC_H
@@ -71,6 +74,20 @@ POSTAMBLE = """
 """
 
 
+def release_note(release):
+    """The comment that ends a prototype whose result the caller owns ('' for others)."""
+    if release is None:
+        return ""
+    if release.each:
+        elements = "each element of the inner vectors" if release.nested else "each element"
+        return f"  /* release {elements} with {release.each}(), then the vector with {release.function}() */"
+    return f"  /* release with {release.function}() */"
+
+
+def prototype(result, name, params, release):
+    return f"TVAPIC_API {result} {name}({params});{release_note(release)}\n"
+
+
 def callback_typedef(e):
     return f"typedef {callback_c_result(e.result)} (*{e.callback_type})({callback_c_params(e)});\n"
 
@@ -92,12 +109,10 @@ def emit(model):
     for fam in families.FAMILIES:
         out.append(f"typedef struct {fam.c_type} {{ uint64_t size; {fam.element}* data; }} {fam.c_type};\n")
     out.append("\n/* Handle base. */\n")
-    out.append("TVAPIC_API int IAPIObject_AddRef(void* handle);\n")
-    out.append("TVAPIC_API int IAPIObject_Release(void* handle);\n")
-    out.append("TVAPIC_API bool IAPIObject_IsSameObjects(void* first, void* second);\n")
+    out.extend(f"TVAPIC_API {proto.declaration};\n" for proto in families.HANDLE_BASE)
     out.append("\n/* Vectors and values. */\n")
-    for result, name, params in families.container_prototypes():
-        out.append(f"TVAPIC_API {result} {name}({params});\n")
+    out.extend(prototype(proto.result.c_type, proto.name, proto.param_list, proto.result.release)
+               for proto in families.container_prototypes())
     for group in model.groups:
         ops = list(model.ops(group))
         if not ops:
@@ -105,7 +120,7 @@ def emit(model):
         out.append(f"\n/* Group: {group}. */\n")
         for op in ops:
             result, params = c_signature(op)
-            out.append(f"TVAPIC_API {result} {op.export}({params});\n")
+            out.append(prototype(result, op.export, params, result_release(op.result)))
     out.append(events_section(model))
     out.append(POSTAMBLE)
     return "".join(out)

@@ -11,7 +11,7 @@ import json
 from .model import families
 from .model.types import (TYPES, c_param, c_result, c_signature, callback_c_param, callback_c_params,
                           callback_c_result, registration_params)
-from .model.wire import travelling
+from .model.wire import carriers, wire_signature
 
 FORMAT = "tvAPIC catalogue"
 VERSION = 1
@@ -45,9 +45,8 @@ def operation_data(op):
         "wire": None,
     }
     if op.interface.remote:
-        carried, response = travelling(op)
-        data["wire"] = {"request": [{"param": p.name if p else "handle", "kind": kind} for p, kind in carried],
-                        "response": response}
+        data["wire"] = {"request": [{"param": p.name if p else "handle", "kind": wire.name} for p, wire in carriers(op)],
+                        "response": [wire.name for wire in wire_signature(op)[1]]}
     return data
 
 
@@ -72,11 +71,7 @@ def event_data(e):
 
 def base_functions():
     """The handle base, vector and value functions: (export, C signature)."""
-    out = [("IAPIObject_AddRef", "int IAPIObject_AddRef(void* handle)"),
-           ("IAPIObject_Release", "int IAPIObject_Release(void* handle)"),
-           ("IAPIObject_IsSameObjects", "bool IAPIObject_IsSameObjects(void* first, void* second)")]
-    out += [(name, f"{result} {name}({params})") for result, name, params in families.container_prototypes()]
-    return out
+    return [(proto.name, proto.declaration) for proto in families.HANDLE_BASE + families.container_prototypes()]
 
 
 def describe(model):

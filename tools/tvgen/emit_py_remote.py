@@ -1,4 +1,4 @@
-"""Emits the Python client's function table: tvapic/_remote.py.
+"""Emits the Python client's function table: tvapic/_generated_remote.py.
 
 For every remotable function: its signature as the wire carries it (the
 parameters that travel with their names, wire kinds and catalogue kinds, so
@@ -8,22 +8,22 @@ from the model's wire signatures, which the server's handlers are generated
 with.
 """
 
-from .model.python import of, travelling
+from .bindings.python import RemoteParam, of, remote_params
 from .model.types import TYPES
 from .model.wire import result_wire
+from .model.wire_kinds import STRING_VECTOR
 
 
 def _result(op):
-    kind = result_wire(op)
-    if not kind:
-        return None
-    t = op.result
-    return kind, t.kind, of(t)
+    """The result as it travels (a RemoteParam without a name), or None."""
+    wire = result_wire(op)
+    return RemoteParam("", wire, op.result.kind, of(op.result)) if wire else None
 
 
-def _value_text(type_, of_, kind):
-    text = "handle" if type_ == "object" and of_ == "IAPIObject" else TYPES[type_].python_doc.format(name=of_)
-    return f"{text} ({kind})"
+def _value_text(value):
+    if value.kind == "object" and value.of == "IAPIObject":
+        return f"handle ({value.wire})"
+    return f"{TYPES[value.kind].python_doc.format(name=value.of)} ({value.wire})"
 
 
 def docstring(op, params, dropped, result):
@@ -31,24 +31,24 @@ def docstring(op, params, dropped, result):
     if params:
         width = max(len(p[0]) for p in params)
         lines.append("Arguments:")
-        for name, kind, type_, of_ in params:
-            text = _value_text(type_, of_, kind)
-            if kind.endswith("slot"):
+        for p in params:
+            text = _value_text(p)
+            if p.wire.slot:
                 text += ": a value is sent and the function's comes back; None leaves it out"
-            elif type_ == "object":
+            elif p.kind == "object":
                 text += ", or None"
-            lines.append(f"    {name.ljust(width)}  {text}")
+            lines.append(f"    {p.name.ljust(width)}  {text}")
     else:
         lines.append("No arguments.")
     for name, type_ in dropped:
         lines.append(f"Not sent: {name} ({type_}); the function receives an empty list.")
     lines.append("")
-    slots = [p[0] for p in params if p[1].endswith("slot")]
+    slots = [p.name for p in params if p.wire.slot]
     if result:
-        what = _value_text(result[1], result[2], result[0])
-        if result[1] == "object":
+        what = _value_text(result)
+        if result.kind == "object":
             what += ", None for the null handle"
-        elif result[0] == "string vector":
+        elif result.wire == STRING_VECTOR:
             what += ", None for a null list"
     elif op.result.kind != "void":
         what = None
@@ -63,8 +63,8 @@ def docstring(op, params, dropped, result):
         lines.append(f"Returns {what}.")
     else:
         lines.append("Returns None.")
-    request = ", ".join(p[1] for p in params) or "nothing"
-    response = ", ".join([p[1] for p in params if p[1].endswith("slot")] + ([result[0]] if result else []))
+    request = ", ".join(p.wire.name for p in params) or "nothing"
+    response = ", ".join([p.wire.name for p in params if p.wire.slot] + ([result.wire.name] if result else []))
     lines.append(f"Wire: {request} -> {response or 'nothing'}.")
     return lines
 
@@ -96,17 +96,17 @@ def emit(model):
            "SIGNATURES = {\n"]
     methods = []
     for op in ops:
-        params, dropped = travelling(op)
+        params, dropped = remote_params(op)
         result = _result(op)
-        ps = _tuple(f"_P({n!r}, {k!r}, {t!r}{f', {o!r}' if o else ''})" for n, k, t, o in params)
-        rs = "None" if result is None else f"_R({result[0]!r}, {result[1]!r}{f', {result[2]!r}' if result[2] else ''})"
+        ps = _tuple(f"_P({p.name!r}, {p.wire.name!r}, {p.kind!r}{f', {p.of!r}' if p.of else ''})" for p in params)
+        rs = "None" if result is None else f"_R({result.wire.name!r}, {result.kind!r}{f', {result.of!r}' if result.of else ''})"
         stays = _stays(op, dropped, result)
         extra = f", {stays!r}" if stays else ""
         out.append(f"    {op.export!r}: _S({op.export!r}, {ps}, {rs}{extra}),\n")
         # Slots after the last argument that must be given default to absent.
-        last_required = max((n for n, p in enumerate(params) if not p[1].endswith("slot")), default=-1)
-        args = [p[0] if n <= last_required else f"{p[0]}=None" for n, p in enumerate(params)]
-        values = _tuple(p[0] for p in params)
+        last_required = max((n for n, p in enumerate(params) if not p.wire.slot), default=-1)
+        args = [p.name if n <= last_required else f"{p.name}=None" for n, p in enumerate(params)]
+        values = _tuple(p.name for p in params)
         doc = "\n".join(("        " + line) if line else "" for line in docstring(op, params, dropped, result))
         methods.append(f"    def {op.export}({', '.join(['self'] + args)}):\n"
                        f'        """{doc.lstrip()}\n        """\n'

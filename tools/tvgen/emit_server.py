@@ -1,41 +1,35 @@
 """Emits the API Server's handlers and name table, from the wire
 signatures of the model (model/wire.py)."""
 
-from .model import CatalogueError
-from .model.wire import ACCESSOR, param_wire, result_wire, wire_signature
+from .cpp import GENERATED
+from .model.types import TYPES
+from .model.wire import carriers, result_wire, wire_signature
+from .model.wire_kinds import I32, STRING, STRING_VECTOR, U64
+
+# How a handler keeps a result that travels (an object's handle is also recorded).
+RETURN = {U64: "ReturnU64", I32: "ReturnI32", STRING: "ReturnText", STRING_VECTOR: "ReturnTexts"}
 
 
 def handler(op):
     """The main thread's part of a remote call: the export called with the
     decoded arguments, its result kept for the response or given back."""
+    travels = {p: (at, wire) for at, (p, wire) in enumerate(carriers(op)) if p is not None}
     lines = []
-    args = []
-    position = 0
-    if not op.interface.root:
-        args.append("c.Object(0)")
-        position = 1
+    args = [] if op.interface.root else ["c.Object(0)"]
     for n, p in enumerate(op.params):
-        kind = param_wire(op, p)
-        if kind is None:
+        if p not in travels:
             lines.append(f"OwnVector<{p.type.name}_t> a{n};")
             args.append(f"a{n}.get()")
             continue
-        args.append(f"c.Object({position})" if p.type.kind == "object" else f"c.{ACCESSOR[kind]}({position})")
-        position += 1
+        at, wire = travels[p]
+        args.append(f"c.Object({at})" if p.type.kind == "object" else f"c.{wire.accessor}({at})")
     call = f"{op.export}({', '.join(args)})"
-    result = result_wire(op)
-    if result == "u64":
-        call = f"c.ReturnObject({call})" if op.result.kind == "object" else f"c.ReturnU64({call})"
-    elif result == "i32":
-        call = f"c.ReturnI32({call})"
-    elif result == "string":
-        call = f"c.ReturnText({call})"
-    elif result == "string vector":
-        call = f"c.ReturnTexts({call})"
-    elif op.result.kind == "vector":
-        call = f"Call::Discard({call})"
-    elif op.result.kind not in ("void", "double"):
-        raise CatalogueError(f"{op.where}: {op.export}: a {op.result} result has no way back from a remote call")
+    if op.result.kind == "object":
+        call = f"c.ReturnObject({call})"
+    elif result_wire(op):
+        call = f"c.{RETURN[result_wire(op)]}({call})"
+    elif TYPES[op.result.kind].ownership == "delete":
+        call = f"Call::Discard({call})"   # what stays behind but would be the caller's is given back
     lines.append(f"{call};")
     body = "".join(f"    {line}\n" for line in lines)
     return f"void {op.export}_Remote([[maybe_unused]] Call& c) {{\n{body}}}\n"
@@ -46,15 +40,15 @@ def function_entry(op):
     kinds = wire_signature(op)[0]
     if not kinds:
         return f"constexpr RemoteFunction k{op.export}{{nullptr, 0, &{op.export}_Remote}};\n"
-    listed = ", ".join(f"WireKind::{ACCESSOR[k]}" for k in kinds)
+    listed = ", ".join(f"WireKind::{k.accessor}" for k in kinds)
     return (f"constexpr WireKind k{op.export}Kinds[] = {{{listed}}};\n"
             f"constexpr RemoteFunction k{op.export}{{k{op.export}Kinds, {len(kinds)}, &{op.export}_Remote}};\n")
 
 
-def emit_handlers(model):
+def emit(model):
     names = [op for op in model.ops() if op.interface.root != "service"]
     remote = model.remotable()
-    out = ["// Generated from the catalogue; do not edit.\n",
+    out = [GENERATED,
            '#include "server/call.h"\n#include "server/name_table.h"\n#include "tvAPIC.h"\n\n'
            "namespace tvapic::server::generated {\n\n"]
     for op in remote:
@@ -68,18 +62,4 @@ def emit_handlers(model):
         out.append(f'    {{"{op.export}", {f}}},\n')
     out.append(f"}};\nconst std::size_t kNameTableSize = {len(names)};\n"
                f"std::size_t RemotableCount() {{ return {len(remote)}; }}\n\n}}  // namespace tvapic::server\n")
-    return "".join(out)
-
-
-def emit_signature_table(model):
-    """The wire signatures as data, for the load tool, the fuzzer's seeds and
-    tests: one entry per remotable function, kinds separated by commas."""
-    out = ["// Generated from the catalogue; do not edit.\n#pragma once\n\n#include <cstddef>\n\n",
-           "namespace tvapic::server {\n\nstruct WireSignature {\n    const char* name;\n"
-           "    const char* request;   // e.g. \"u64,string,i32 slot\"\n    const char* response;\n};\n\n",
-           "inline constexpr WireSignature kWireSignatures[] = {\n"]
-    for op in model.remotable():
-        request, response = wire_signature(op)
-        out.append(f'    {{"{op.export}", "{",".join(request)}", "{",".join(response)}"}},\n')
-    out.append("};\n\n}  // namespace tvapic::server\n")
     return "".join(out)

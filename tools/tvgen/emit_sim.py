@@ -7,6 +7,7 @@ public `handlers` member the simulated model raises events through (and tests
 raise any event through); RemoveAllHandlers drops a key's handlers, or all of
 them on an unkeyed interface."""
 
+from .cpp import GENERATED, includes
 from .model import Event
 from .model.types import host_param, host_value, registration_declaration
 
@@ -83,11 +84,10 @@ def members(i, source):
     return out + [handler_lists(source), filter_members(source)]
 
 
-def emit_group(model, group):
-    out = ["// Generated from the catalogue; do not edit.\n#pragma once\n\n",
+def emit(model, group):
+    out = [GENERATED + "#pragma once\n\n",
            "#include <utility>\n\n", '#include "sim/handlers.h"\n', '#include "sim/object.h"\n']
-    for g in model.group_dependencies(group):
-        out.append(f'#include "tvapi/{g}.h"\n')
+    out.append(includes(model.group_dependencies(group)))
     out.append("\nnamespace tvsim {\n")
     for i in model.interfaces_in(group):
         source = model.queried_source(i.name)

@@ -1,6 +1,8 @@
-"""Emits the export sweep's cases: one per operation, naming the kind of each
-parameter so that tests/sweep can call the export three ways and check it."""
+"""Emits the export sweep's cases of one part of a group (sweep/<group>_<n>.cpp):
+one per operation, naming the kind of each parameter so that tests/sweep can
+call the export three ways and check it."""
 
+from .cpp import GENERATED, sweep_part
 from .model.types import TYPES, fill
 
 
@@ -38,26 +40,11 @@ def case(op):
             f"        [](Pass& p) {{ p.{check}(&{op.export}{args}); }}}});\n")
 
 
-def function_name(group, n):
-    return f"AddCases_{group}_{n}"
-
-
-def emit_chunk(model, group, interfaces, n):
-    out = ["// Generated from the catalogue; do not edit.\n",
+def emit(model, group, part, n):
+    out = [GENERATED,
            '#include "sweep/kinds.h"\n#include "tvAPIC.h"\n\nnamespace sweep {\n\n',
-           f"void {function_name(group, n)}([[maybe_unused]] std::vector<Case>& cases) {{\n"]
-    for i in interfaces:
+           f"void {sweep_part(group, n)}([[maybe_unused]] std::vector<Case>& cases) {{\n"]
+    for i in part:
         out.extend(case(op) for op in i.ops)
     out.append("}\n\n}  // namespace sweep\n")
-    return "".join(out)
-
-
-def emit_index(model):
-    names = [function_name(g, n) for g in model.groups for n, _ in enumerate(model.chunks(g))]
-    total = sum(1 for _ in model.ops())
-    out = ["// Generated from the catalogue; do not edit.\n", '#include "sweep/sweep.h"\n\nnamespace sweep {\n\n']
-    out.extend(f"void {name}(std::vector<Case>&);\n" for name in names)
-    out.append("\nstd::vector<Case> AllCases() {\n    std::vector<Case> cases;\n")
-    out.extend(f"    {name}(cases);\n" for name in names)
-    out.append(f"    return cases;\n}}\n\nstd::size_t ExportCount() {{ return {total}; }}\n\n}}  // namespace sweep\n")
     return "".join(out)

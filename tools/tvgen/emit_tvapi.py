@@ -1,5 +1,5 @@
-"""Emits the `tvapi` stand-in declarations: one header of forward declarations,
-enumerations and IID texts, and one header of abstract interfaces per group.
+"""Emits the `tvapi` stand-in's header of one group (include/tvapi/<group>.h):
+its abstract interfaces (emit_tvapi_declarations writes what they name).
 
 Interfaces have no virtual destructor, so their virtual tables have the same
 layout under every compiler: slots 0-3 from IAPIObject, then the operations in
@@ -7,29 +7,9 @@ catalogue order. Rooted interfaces are not API objects: slot 0 is the host's,
 their operations follow from slot 1.
 """
 
+from .cpp import GENERATED
 from .model import Event
 from .model.types import callback_host_signature, host_signature, registration_declaration
-
-
-def emit_declarations(model):
-    out = [
-        "// Generated from the catalogue; do not edit.\n",
-        "#pragma once\n\n",
-        "#include <cstdint>\n#include <functional>\n#include <vector>\n\n",
-        '#include "tvapi/core.h"\n#include "tvapi/values.h"\n\n',
-        "namespace tvapi {\n\n",
-    ]
-    # Enumerations named only by event callbacks are declared with the rest.
-    for enum in model.enums():
-        out.append(f"enum {enum} : int {{}};\n")
-    out.append("\n")
-    for i in model.interfaces.values():
-        out.append(f"class {i.name};\n")
-        if i.iid:
-            out.append(f'template <> struct IAPIObjectIID<{i.name}> {{ static constexpr char text[37] = "{i.iid}"; }};\n')
-    out.extend(f"class {s.name};\n" for s in model.sources.values() if not s.queried)
-    out.append("\n}  // namespace tvapi\n")
-    return "".join(out)
 
 
 def handlers_class_body(source):
@@ -48,9 +28,9 @@ def unqueried_class(source):
             + handlers_class_body(source) + f"\nprotected:\n    ~{source.name}() = default;\n}};\n")
 
 
-def emit_group(model, group):
+def emit(model, group):
     out = [
-        "// Generated from the catalogue; do not edit.\n",
+        GENERATED,
         "#pragma once\n\n",
         '#include "tvapi/declarations.h"\n\n',
         "namespace tvapi {\n",

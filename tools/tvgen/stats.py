@@ -8,7 +8,6 @@ from .model import families
 
 FOUR_BYTE = {"Int32Vector", "EnumVector", "ColorVector", "Uint32Vector"}
 EIGHT_BYTE = {"DoubleVector", "NumericIdVector"}
-HANDLE_FUNCTIONS = 3  # IAPIObject_AddRef, _Release, _IsSameObjects: handles only
 
 # The host's figures for its whole export list: (figure, host, our count's key).
 # Where the host groups vector families by element width, so do we.
@@ -100,12 +99,12 @@ def registration_counts(model):
 
 def container_counts():
     """The vector, value and handle functions, by their C prototypes."""
-    c = Counter({"operations": HANDLE_FUNCTIONS})
-    for result, _, params in families.container_prototypes():
+    c = Counter()
+    for proto in families.HANDLE_BASE + families.container_prototypes():
         c["operations"] += 1
-        if "const tvWChar*" in params:
+        if any(p.c_type == "const tvWChar*" for p in proto.params):
             c["text argument"] += 1
-        if result == "tvWChar*":
+        if proto.result.c_type == "tvWChar*":
             c["text result"] += 1
     return c
 

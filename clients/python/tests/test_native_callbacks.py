@@ -19,12 +19,12 @@ SIGNATURES = {
 @pytest.fixture
 def make(native):
     """make(typedef, handler): the C callback a registration of the handler would pass."""
-    from tvapic import _callbacks, _cdll, _kinds
-    made = _callbacks.Callbacks(SIGNATURES, _cdll.load()[1])
+    from tvapic import _callbacks, _converters, _library, _utf16
+    made = _callbacks.Callbacks(SIGNATURES, _library.load()[1])
 
     def make(typedef, handler):
         param = made.param(typedef, "handler", f"IThingEvents_Add{typedef}Handler(): argument 'handler'")
-        return param.prepare(handler, _kinds.Call(["events", "key", handler]))
+        return param.prepare(handler, _converters.Call(["events", "key", handler]))
     return make
 
 
@@ -35,11 +35,11 @@ def test_text_is_lent_and_a_writable_text_is_set_through_a_ref(make):
         seen.append((path, chosen.value))
         chosen.value = "Été \U0001D11E"
         return 2
-    from tvapic import _cdll
+    from tvapic import _utf16
     slot = ctypes.c_void_p()
-    assert make("Text", handler)(ctypes.addressof(_cdll.to_units("/plans/a.tvd", "text")), ctypes.byref(slot)) == 1
+    assert make("Text", handler)(ctypes.addressof(_utf16.to_units("/plans/a.tvd", "text")), ctypes.byref(slot)) == 1
     assert seen == [("/plans/a.tvd", None)]
-    assert _cdll.read_units(slot.value) == "Été \U0001D11E"   # still alive after the callback returned
+    assert _utf16.read_units(slot.value) == "Été \U0001D11E"   # still alive after the callback returned
     # A handler that leaves the text alone leaves the slot null: the host's text becomes empty.
     slot = ctypes.c_void_p()
     assert make("Text", lambda path, chosen: 0)(None, ctypes.byref(slot)) == 0 and slot.value is None
@@ -79,7 +79,7 @@ def test_an_exception_gives_the_zero_result_and_is_reported(make, capsys):
 
 
 def test_a_handler_registered_through_the_library_is_kept_until_its_key_is_removed(native):
-    kept = native._kinds_for_call().callbacks
+    kept = native._converters_for_call().callbacks
     before = kept.kept()
     # A null events object registers nothing in the host; Python keeps the callback all the same.
     native.IApplicationEvents_AddBeginCreateHandler(None, "python", lambda kind: True)

@@ -65,8 +65,8 @@ class TestVectors:
 
     @pytest.fixture
     def vectors(self, native):
-        from tvapic._kinds import Call
-        return native._kinds_for_call().vectors, Call
+        from tvapic._converters import Call
+        return native._converters_for_call().vectors, Call
 
     @pytest.mark.parametrize("family", sorted(NUMBERS))
     def test_numbers_both_ways(self, native, vectors, family):
@@ -184,7 +184,7 @@ class TestHandles:
             host.stop_simulated_host()
 
     def test_arguments_are_checked_before_the_call(self, host, documents, document):
-        with pytest.raises(TypeError, match="'documents'.*Handle or None, not int"):
+        with pytest.raises(TypeError, match="'documents'.*HeldHandle or None, not int"):
             host.IDocuments_Add(documents.address, 1, True)
         with pytest.raises(ValueError, match="does not fit"):
             host.IDocuments_Add(documents, 1 << 31, True)

@@ -17,7 +17,8 @@ from inprocess import in_process_suite, need
 
 pytestmark = in_process_suite
 PROJECT = Path(__file__).resolve().parents[1]
-GENERATED = ["_remote.py", "_native.py", "_objects.py", "native.pyi", "objects.pyi", "_remote.pyi"]
+GENERATED = ["_generated_remote.py", "_generated_exports.py", "_generated_classes.py",
+             "native.pyi", "objects.pyi", "_generated_remote.pyi"]
 
 
 @pytest.fixture(scope="module")
@@ -38,7 +39,7 @@ def test_the_wheel_holds_the_generated_modules_and_a_true_record(backend, tmp_pa
         assert {f"tvapic/{n}" for n in GENERATED + ["py.typed", "client.py", "examples/drawing_demo.py"]} <= set(
             wheel.namelist())
         assert "tvapic = tvapic.cli:main" in wheel.read("tvapic-0.1.0.dist-info/entry_points.txt").decode()
-        assert b"'IDocuments_Add': ('object ITavraDocument'" in wheel.read("tvapic/_native.py")
+        assert b"'IDocuments_Add': ('object ITavraDocument'" in wheel.read("tvapic/_generated_exports.py")
         for line in wheel.read("tvapic-0.1.0.dist-info/RECORD").decode().splitlines():
             path, digest, size = line.rsplit(",", 2)
             if digest:
@@ -51,7 +52,7 @@ def test_the_wheel_holds_the_generated_modules_and_a_true_record(backend, tmp_pa
 def test_the_sdist_ships_the_table_so_it_builds_without_the_repository(backend, tmp_path):
     with tarfile.open(tmp_path / backend.build_sdist(str(tmp_path))) as sdist:
         names = sdist.getnames()
-    assert "tvapic-0.1.0/tvapic/_remote.py" in names and "tvapic-0.1.0/pyproject.toml" in names
+    assert "tvapic-0.1.0/tvapic/_generated_remote.py" in names and "tvapic-0.1.0/pyproject.toml" in names
 
 
 @pytest.fixture(scope="module")

@@ -7,7 +7,7 @@ key) is called through this binding, or else for the life of the process.
 
 The handler is called with one Python value per callback parameter:
 
-- handles as Handle objects with a reference of their own (the host only
+- handles as HeldHandle objects with a reference of their own (the host only
   lends its objects for the call), lists of objects as lists of them;
 - text as str, truth values as bool, Int32 lists as lists of int;
 - a writable int, bool or text as a Ref whose .value the handler may change
@@ -23,10 +23,10 @@ import ctypes
 import sys
 import threading
 
-from . import _cdll
-from ._handles import Handle
-from ._kinds import Param, check_i32
-from ._vectors import bind, header
+from . import _c_runtime, _utf16
+from ._handles import HeldHandle
+from ._converters import ParamConverter, check_i32
+from ._vectors import declare, header
 
 _INT_P = ctypes.POINTER(ctypes.c_int)
 
@@ -51,8 +51,8 @@ def _identity(raw):
 _PLAIN = {"bool": (ctypes.c_int, lambda raw: raw != 0), "int": (ctypes.c_int, _identity),
           "enum": (ctypes.c_int, _identity), "uint32": (ctypes.c_uint32, _identity),
           "int64": (ctypes.c_uint64, _identity), "double": (ctypes.c_double, _identity),
-          "pointer": (ctypes.c_void_p, _identity), "text": (ctypes.c_void_p, _cdll.read_units),
-          "object": (ctypes.c_void_p, Handle.borrow)}
+          "pointer": (ctypes.c_void_p, _identity), "text": (ctypes.c_void_p, _utf16.read_units),
+          "object": (ctypes.c_void_p, HeldHandle.borrow)}
 _RESULTS = {"void": None, "bool": ctypes.c_int, "enum": ctypes.c_int, "pointer": ctypes.c_void_p}
 
 
@@ -71,12 +71,12 @@ class Callbacks:
         """StringVector_Set and _Clear, and the C runtime's malloc, for writable text lists."""
         if self._strings is None:
             text = ctypes.POINTER(ctypes.c_uint16)
-            self._strings = (bind(self.lib, "StringVector_Set", None, ctypes.c_void_p, ctypes.c_uint64, text),
-                             bind(self.lib, "StringVector_Clear", None, ctypes.c_void_p))
+            self._strings = (declare(self.lib, "StringVector_Set", None, ctypes.c_void_p, ctypes.c_uint64, text),
+                             declare(self.lib, "StringVector_Clear", None, ctypes.c_void_p))
         return self._strings
 
     def param(self, typedef, name, where):
-        return CallbackParam(self, typedef, name, where)
+        return CallbackConverter(self, typedef, name, where)
 
     def signature(self, typedef, where):
         if typedef not in self.signatures:
@@ -109,7 +109,7 @@ def _place(interface, arguments):
     """Where handlers are registered: the events object and the key (the text after it, if any)."""
     events = arguments[0] if arguments else None
     key = arguments[1] if len(arguments) > 1 and isinstance(arguments[1], str) else None
-    address = events._key if isinstance(events, Handle) else events
+    address = events._key if isinstance(events, HeldHandle) else events
     return interface, address, key or ""
 
 
@@ -140,7 +140,7 @@ class _Argument:
             value = raw[0] if raw else 0
             return Ref(value != 0 if self.inout == "bool" else value)
         if self.inout == "vector":
-            return [_cdll.read_units(x) for x in _texts(raw)[:]] if raw else []
+            return [_utf16.read_units(x) for x in _texts(raw)[:]] if raw else []
         if self.head == "vector":
             return self._list(raw)
         return _PLAIN[self.head][1](raw)
@@ -153,11 +153,11 @@ class _Argument:
             return []
         element = ctypes.c_int32 if "Int32Vector" in self.kind else ctypes.c_void_p
         values = (element * h.size).from_address(h.data)[:]
-        return values if element is ctypes.c_int32 else [Handle.borrow(x) for x in values]
+        return values if element is ctypes.c_int32 else [HeldHandle.borrow(x) for x in values]
 
     def write_back(self, raw, value, original):
         if self.inout == "text":
-            units = None if value.value is None else _cdll.to_units(value.value, "a writable text")
+            units = None if value.value is None else _utf16.to_units(value.value, "a writable text")
             self.local.units = units    # the host copies it once the callback has returned
             if raw:
                 raw[0] = ctypes.addressof(units) if units is not None else None
@@ -167,7 +167,7 @@ class _Argument:
             self._refill(raw, value)
 
     def _refill(self, raw, texts):
-        units = [_cdll.to_units(t, "an element of a writable text list") for t in texts]
+        units = [_utf16.to_units(t, "an element of a writable text list") for t in texts]
         set_text, clear = self.callbacks.strings()
         h = header(raw)
         if units and len(units) <= h.size:
@@ -178,7 +178,7 @@ class _Argument:
             return
         clear(raw)
         if units:
-            block = _cdll.malloc(len(units) * ctypes.sizeof(ctypes.c_void_p))
+            block = _c_runtime.malloc(len(units) * ctypes.sizeof(ctypes.c_void_p))
             if not block:
                 raise MemoryError("no block for a writable text list")
             h.data, h.size = block, len(units)
@@ -191,7 +191,7 @@ def _texts(raw):
     return (ctypes.c_void_p * h.size).from_address(h.data) if h.size else []
 
 
-class CallbackParam(Param):
+class CallbackConverter(ParamConverter):
     """A registration's handler parameter: a callable (or None) made a C callback."""
 
     def __init__(self, callbacks, typedef, name, where):

@@ -5,7 +5,7 @@ end of a with block, or the finaliser, whichever comes first)."""
 import ctypes
 import threading
 
-from . import _cdll
+from . import _library
 
 _lock = threading.Lock()
 _outstanding = 0
@@ -16,14 +16,14 @@ class _HandleBase:
     """The library's handle base functions, bound once."""
 
     def __init__(self, lib):
-        self.add_ref = self._bind(lib.IAPIObject_AddRef, ctypes.c_int)
-        self.release = self._bind(lib.IAPIObject_Release, ctypes.c_int)
+        self.add_ref = self._declare(lib.IAPIObject_AddRef, ctypes.c_int)
+        self.release = self._declare(lib.IAPIObject_Release, ctypes.c_int)
         self.same = lib.IAPIObject_IsSameObjects
         self.same.argtypes = [ctypes.c_void_p, ctypes.c_void_p]
         self.same.restype = ctypes.c_bool
 
     @staticmethod
-    def _bind(function, restype):
+    def _declare(function, restype):
         function.argtypes = [ctypes.c_void_p]
         function.restype = restype
         return function
@@ -32,7 +32,7 @@ class _HandleBase:
 def handle_base():
     global _base
     if _base is None:
-        _base = _HandleBase(_cdll.load()[1])
+        _base = _HandleBase(_library.load()[1])
     return _base
 
 
@@ -47,7 +47,7 @@ def _count(delta):
         _outstanding += delta
 
 
-class Handle:
+class HeldHandle:
     """A host object held by Python, with one reference of its own.
 
     Made by the binding for every handle a function returns. Passing it to a
@@ -98,7 +98,7 @@ class Handle:
     def duplicate(self):
         """Another handle on the same object, with its own reference."""
         handle_base().add_ref(self.address)
-        return Handle(self.address)
+        return HeldHandle(self.address)
 
     def is_same_object(self, other):
         return bool(handle_base().same(self.address, other.address if other is not None else None))
@@ -116,22 +116,22 @@ class Handle:
             pass
 
     def __eq__(self, other):
-        return isinstance(other, Handle) and other._key == self._key
+        return isinstance(other, HeldHandle) and other._key == self._key
 
     def __hash__(self):
         return hash(self._key)
 
     def __repr__(self):
         state = " released" if self._address is None else ""
-        return f"<tvapic.native.Handle 0x{self._key:x}{state}>"
+        return f"<tvapic.native.HeldHandle 0x{self._key:x}{state}>"
 
 
 def handle_address(value, where):
-    """The address a Handle argument passes to C; None for None."""
+    """The address a HeldHandle argument passes to C; None for None."""
     if value is None:
         return None
-    if not isinstance(value, Handle):
-        raise TypeError(f"{where} must be a tvapic.native.Handle or None, not {type(value).__name__}")
+    if not isinstance(value, HeldHandle):
+        raise TypeError(f"{where} must be a tvapic.native.HeldHandle or None, not {type(value).__name__}")
     try:
         return value.address
     except ValueError as e:

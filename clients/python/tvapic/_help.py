@@ -27,7 +27,7 @@ def _ownership(f):
 
 def _handlers(f):
     """How an event handler parameter's callable is called."""
-    from ._native import CALLBACKS
+    from ._generated_exports import CALLBACKS
     notes = []
     for name, kind in f.params:
         if kind.startswith("callback "):
@@ -41,8 +41,8 @@ def _handlers(f):
 def describe(export):
     """The help text of a function of the library, by its exported name; ValueError for another name."""
     from . import native
-    from ._native import FUNCTIONS
-    from ._remote import SIGNATURES, RemoteAPI
+    from ._generated_exports import FUNCTIONS
+    from ._generated_remote import SIGNATURES, RemoteAPI
     from .client import unknown_function
     if export not in FUNCTIONS:
         raise unknown_function(export)

@@ -14,7 +14,7 @@ import sys
 import threading
 from pathlib import Path
 
-from . import _cdll
+from . import _library
 from ._handles import outstanding
 from .errors import NoApplication
 
@@ -37,7 +37,7 @@ def _candidates(path):
     wanted = path or os.environ.get(ENVIRONMENT)
     if wanted:
         return [wanted]
-    library = Path(_cdll.loaded_path())
+    library = Path(_library.loaded_path())
     beside = [str(library.parent / name) for name in _names()] if library.is_absolute() else []
     return [candidate for candidate in beside if Path(candidate).is_file()] + _names()
 
@@ -47,7 +47,7 @@ def start(path=None):
     global _started
     with _lock:
         if _started is None:
-            _cdll.load()   # first: the host's libraries it shares with libtvAPIC come with it
+            _library.load()   # first: the host's libraries it shares with libtvAPIC come with it
             errors = []
             for candidate in _candidates(path):
                 try:
@@ -56,7 +56,7 @@ def start(path=None):
                 except OSError as e:
                     errors.append(str(e))
             else:
-                raise _cdll.LibraryNotFound(f"the simulated host (libtvsim) was not found: set {ENVIRONMENT} to "
+                raise _library.LibraryNotFound(f"the simulated host (libtvsim) was not found: set {ENVIRONMENT} to "
                                             f"its path, or install it beside libtvAPIC ({'; '.join(errors)})")
             _started[1].tvsim_start()
         return _started[0]
@@ -88,7 +88,7 @@ def _stand_in_question():
     global _has_root
     if _has_root is None:
         try:
-            ask = _cdll.load()[1].tvapi_standin_has_root
+            ask = _library.load()[1].tvapi_standin_has_root
         except AttributeError:
             _has_root = False
         else:

@@ -14,8 +14,8 @@ back afterwards; take() reads a returned vector and deletes it.
 
 import ctypes
 
-from . import _cdll
-from ._handles import Handle, handle_address
+from . import _c_runtime, _utf16
+from ._handles import HeldHandle, handle_address
 
 
 class CVector(ctypes.Structure):
@@ -27,7 +27,7 @@ _I32 = (-(1 << 31), (1 << 31) - 1)
 _TEXT_P = ctypes.POINTER(ctypes.c_uint16)
 
 
-def bind(lib, name, restype, *argtypes):
+def declare(lib, name, restype, *argtypes):
     f = getattr(lib, name)
     f.restype = restype
     f.argtypes = list(argtypes)
@@ -57,8 +57,8 @@ class Family:
     def __init__(self, lib, name, families):
         self.name = name
         self.families = families
-        self.create = bind(lib, f"{name}_Create", ctypes.c_void_p, ctypes.c_uint64)
-        self.delete = bind(lib, f"{name}_Delete", None, ctypes.c_void_p)
+        self.create = declare(lib, f"{name}_Create", ctypes.c_void_p, ctypes.c_uint64)
+        self.delete = declare(lib, f"{name}_Delete", None, ctypes.c_void_p)
 
     def check(self, values, where):
         """The C elements of a list, every element checked before anything is made."""
@@ -162,17 +162,17 @@ class StringFamily(Family):
 
     def __init__(self, lib, name, families):
         super().__init__(lib, name, families)
-        self.set = bind(lib, f"{name}_Set", None, ctypes.c_void_p, ctypes.c_uint64, _TEXT_P)
+        self.set = declare(lib, f"{name}_Set", None, ctypes.c_void_p, ctypes.c_uint64, _TEXT_P)
 
     def element_in(self, value, where):
-        return _cdll.to_units("" if value is None else value, where)   # None: the empty text
+        return _utf16.to_units("" if value is None else value, where)   # None: the empty text
 
     def store(self, vector, items):
         for n, units in enumerate(items):
             self.set(vector, n, units)
 
     def element_out(self, raw):
-        return _cdll.read_units(raw)
+        return _utf16.read_units(raw)
 
 
 class ObjectFamily(Family):
@@ -182,7 +182,7 @@ class ObjectFamily(Family):
         return handle_address(value, where)
 
     def element_out(self, raw):
-        return Handle(raw) if raw else None
+        return HeldHandle(raw) if raw else None
 
     def make(self, values, where, call):
         vector = self.build(self.check(values, where))
@@ -193,7 +193,7 @@ class ObjectFamily(Family):
                 # A refill writes a new block over the header without freeing
                 # the one the vector was made with: that one goes here.
                 if header(vector).data != block and block:
-                    _cdll.free(block)
+                    _c_runtime.free(block)
                 self.delete(vector)
             call.cleanups.append(give_back)
         return vector
@@ -305,23 +305,23 @@ class PropertyValues:
 
     def __init__(self, lib):
         vp = ctypes.c_void_p
-        self.create = bind(lib, "PropertyValue_Create", vp)
-        self.delete = bind(lib, "PropertyValue_Delete", None, vp)
-        self.value_type = bind(lib, "PropertyValue_GetValueType", ctypes.c_int32, vp)
-        self.getters = {self.BOOL: bind(lib, "PropertyValue_GetBool", ctypes.c_int32, vp),
-                        self.INT: bind(lib, "PropertyValue_GetInt", ctypes.c_int32, vp),
-                        self.DOUBLE: bind(lib, "PropertyValue_GetDouble", ctypes.c_double, vp),
-                        self.STRING: bind(lib, "PropertyValue_GetString", vp, vp)}
-        self.setters = {bool: bind(lib, "PropertyValue_SetBool", None, vp, ctypes.c_int32),
-                        int: bind(lib, "PropertyValue_SetInt", None, vp, ctypes.c_int32),
-                        float: bind(lib, "PropertyValue_SetDouble", None, vp, ctypes.c_double),
-                        str: bind(lib, "PropertyValue_SetString", None, vp, _TEXT_P)}
+        self.create = declare(lib, "PropertyValue_Create", vp)
+        self.delete = declare(lib, "PropertyValue_Delete", None, vp)
+        self.value_type = declare(lib, "PropertyValue_GetValueType", ctypes.c_int32, vp)
+        self.getters = {self.BOOL: declare(lib, "PropertyValue_GetBool", ctypes.c_int32, vp),
+                        self.INT: declare(lib, "PropertyValue_GetInt", ctypes.c_int32, vp),
+                        self.DOUBLE: declare(lib, "PropertyValue_GetDouble", ctypes.c_double, vp),
+                        self.STRING: declare(lib, "PropertyValue_GetString", vp, vp)}
+        self.setters = {bool: declare(lib, "PropertyValue_SetBool", None, vp, ctypes.c_int32),
+                        int: declare(lib, "PropertyValue_SetInt", None, vp, ctypes.c_int32),
+                        float: declare(lib, "PropertyValue_SetDouble", None, vp, ctypes.c_double),
+                        str: declare(lib, "PropertyValue_SetString", None, vp, _TEXT_P)}
 
     def check(self, value, where):
         if value is None or isinstance(value, (bool, float)):
             return
         if isinstance(value, str):
-            _cdll.to_units(value, where)
+            _utf16.to_units(value, where)
         elif isinstance(value, int):
             if not _I32[0] <= value <= _I32[1]:
                 raise ValueError(f"{where} does not fit a property value's int: {value}")
@@ -335,7 +335,7 @@ class PropertyValues:
             raise MemoryError("PropertyValue_Create gave no value")
         if value is not None:
             kind = type(value) if type(value) in self.setters else next(t for t in self.setters if isinstance(value, t))
-            self.setters[kind](handle, _cdll.to_units(value, "a property value") if kind is str else value)
+            self.setters[kind](handle, _utf16.to_units(value, "a property value") if kind is str else value)
         return handle
 
     def make(self, value, where, call):
@@ -352,7 +352,7 @@ class PropertyValues:
         if kind == self.BOOL:
             return raw != 0
         if kind == self.STRING:
-            return _cdll.take_units(raw)
+            return _utf16.take_units(raw)
         return raw
 
     def take(self, handle):

@@ -21,9 +21,9 @@ from .errors import NotAnAPIServer, NotReachable, NotRemotable, ProtocolError
 from .wire import bind, decode_response, encode_request, pack_name
 
 try:
-    from ._remote import SIGNATURES, RemoteAPI
+    from ._generated_remote import SIGNATURES, RemoteAPI
 except ImportError as e:  # pragma: no cover - only a bare source checkout lacks it
-    raise ImportError("tvapic/_remote.py is missing: it is generated from the catalogue when the package "
+    raise ImportError("tvapic/_generated_remote.py is missing: it is generated from the catalogue when the package "
                       "is built (the CMake build stages it; `pip install clients/python` installs it)") from e
 
 DEFAULT_PORT = 8001
@@ -36,7 +36,7 @@ def signature(name):
         return SIGNATURES[name]
     except KeyError:
         pass
-    from ._native import FUNCTIONS
+    from ._generated_exports import FUNCTIONS
     if name in FUNCTIONS:
         raise NotRemotable(f"{name} is a function of the library, but the API Server does not serve it: "
                            "it is called in process only (tvapic.native)")
@@ -45,7 +45,7 @@ def signature(name):
 
 def unknown_function(name):
     """The ValueError for a name the library does not export, with the names it may have meant."""
-    from ._native import FUNCTIONS
+    from ._generated_exports import FUNCTIONS
     close = difflib.get_close_matches(name, SIGNATURES, n=3) or difflib.get_close_matches(name, FUNCTIONS, n=3)
     hint = f"; did you mean {', '.join(close)}?" if close else ""
     return ValueError(f"{name!r} is no function of the library{hint}")

@@ -1,7 +1,7 @@
 """tvapic.native: every export of libtvAPIC, called in process through ctypes.
 
     from tvapic import native
-    documents = native.IApplication_GetDocuments()          # a Handle, or None
+    documents = native.IApplication_GetDocuments()          # a HeldHandle, or None
     with native.IDocuments_Add(documents, 1, True) as doc:  # released at the end of the block
         native.ITavraDocument_SetAuthor(doc, "Ada")
         print(native.ITavraDocument_GetAuthor(doc))
@@ -15,7 +15,7 @@ TVAPIC_LIBRARY, beside the package, or by the system's loader (see load()).
 Inside the application, the calls reach it. Outside it, start the simulated
 host first: start_simulated_host() (the application tvhost also serves).
 
-- Handles returned are Handle objects holding one reference, given back with
+- Handles returned are HeldHandle objects holding one reference, given back with
   IAPIObject_Release exactly once: release(), a with block, or the
   finaliser. A null handle is None both ways. Handles passed in stay yours.
 - Text goes in as str (None is the empty text) and comes back as str; the
@@ -33,18 +33,18 @@ host first: start_simulated_host() (the application tvhost also serves).
 import inspect
 import threading
 
-from . import _cdll, _kinds, _simulated_host
+from . import _converters, _library, _simulated_host
 from ._callbacks import Ref
-from ._handles import Handle, outstanding
-from ._native import CALLBACKS, FUNCTIONS
+from ._handles import HeldHandle, outstanding
+from ._generated_exports import CALLBACKS, FUNCTIONS
 
-LibraryNotFound = _cdll.LibraryNotFound
+LibraryNotFound = _library.LibraryNotFound
 
-__all__ = ["CALLBACKS", "FUNCTIONS", "Function", "Handle", "LibraryNotFound", "Ref", "function", "load", "library_path",
-           "outstanding", "start_simulated_host", "stop_simulated_host"]
+__all__ = ["CALLBACKS", "FUNCTIONS", "Function", "HeldHandle", "LibraryNotFound", "Ref", "function", "load",
+           "library_path", "outstanding", "start_simulated_host", "stop_simulated_host"]
 
 _lock = threading.Lock()
-_kinds_of_library = None
+_converters_of_library = None
 
 
 def load(path=None):
@@ -54,12 +54,12 @@ def load(path=None):
     in its parent folder, or in the lib folder beside that, as in the build
     tree), then the system's loader.
     """
-    return _cdll.load(path)[0]
+    return _library.load(path)[0]
 
 
 def library_path():
     """The path the library was loaded from, or None before it is loaded."""
-    return _cdll.loaded_path()
+    return _library.loaded_path()
 
 
 def start_simulated_host(path=None):
@@ -75,14 +75,14 @@ def stop_simulated_host():
     _simulated_host.stop()
 
 
-def _kinds_for_call():
-    global _kinds_of_library
+def _converters_for_call():
+    global _converters_of_library
     with _lock:
-        if _kinds_of_library is None:
+        if _converters_of_library is None:
             from . import _callbacks
-            lib = _cdll.load()[1]
-            _kinds_of_library = _kinds.Kinds(lib, _callbacks.Callbacks(CALLBACKS, lib))
-        return _kinds_of_library
+            lib = _library.load()[1]
+            _converters_of_library = _converters.Converters(lib, _callbacks.Callbacks(CALLBACKS, lib))
+        return _converters_of_library
 
 
 def _parse(entry):
@@ -116,7 +116,7 @@ class Function:
         for n, (name, kind) in enumerate(self.params):
             default = inspect.Parameter.empty
             if n > last:
-                default = [] if kind.startswith("inout ") else _kinds.ZERO.get(kind.split()[1], True)
+                default = [] if kind.startswith("inout ") else _converters.ZERO.get(kind.split()[1], True)
             parameters.append(inspect.Parameter(name, inspect.Parameter.POSITIONAL_OR_KEYWORD, default=default))
         return inspect.Signature(parameters)
 
@@ -127,7 +127,7 @@ class Function:
         return "\n".join(lines)
 
     def _bind_library(self):
-        kinds = _kinds_for_call()
+        kinds = _converters_for_call()
         where = self.__name__ + "(): argument {!r}"
         params = [kinds.param(kind, name, where.format(name)) for name, kind in self.params]
         result = kinds.result(self.result_kind)
@@ -153,7 +153,7 @@ class Function:
             values = self._values(args, kwargs)
         except TypeError as e:
             raise TypeError(f"{self.__name__}(): {e}") from None
-        call = _kinds.Call(values)
+        call = _converters.Call(values)
         try:
             cargs = [p.prepare(v, call) for p, v in zip(params, values)]
             value = result.convert(cfunc(*cargs))

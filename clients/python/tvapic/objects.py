@@ -32,7 +32,7 @@ import inspect
 import weakref
 
 from ._help import describe
-from ._objects import INTERFACES
+from ._generated_classes import INTERFACES
 from .errors import DoesNotTravel, NotRemotable, NullHandle
 
 __all__ = ["APIObject", "DoesNotTravel", "INTERFACES", "NotRemotable", "NullHandle", "application",
@@ -42,7 +42,7 @@ __all__ = ["APIObject", "DoesNotTravel", "INTERFACES", "NotRemotable", "NullHand
 # --- backends -----------------------------------------------------------------
 
 def _function_entry(export):
-    from ._native import FUNCTIONS
+    from ._generated_exports import FUNCTIONS
     result, *params = FUNCTIONS[export]
     return result, [tuple(reversed(p.rsplit(" ", 1))) for p in params]
 
@@ -100,7 +100,7 @@ class _Remote(_Backend):
         self.name = repr(client)
 
     def call(self, export, handle, args, kwargs):
-        from ._remote import SIGNATURES
+        from ._generated_remote import SIGNATURES
         from . import native
         sig = SIGNATURES.get(export)
         if sig is None:
@@ -157,7 +157,7 @@ _ROOTED = object()   # the handle of a rooted interface: its functions take none
 
 def _handler_for_objects(backend, typedef, handler):
     """A handler that receives objects of this layer instead of native Handles."""
-    from ._native import CALLBACKS
+    from ._generated_exports import CALLBACKS
     result, *params = CALLBACKS[typedef]
     kinds = [p.rsplit(" ", 1)[0].split() for p in params]
 
@@ -184,7 +184,7 @@ class APIObject:
 
     @property
     def handle(self):
-        """The handle the calls pass: a tvapic.native.Handle in process, a tvapic.Handle remotely."""
+        """The handle the calls pass: a tvapic.native.HeldHandle in process, a tvapic.Handle remotely."""
         return None if self._handle is _ROOTED else self._handle
 
     @property
@@ -332,7 +332,7 @@ def require(value):
 
 
 def wrap(handle, interface="IAPIObject", client=None):
-    """An object of this layer for a handle: a tvapic.native.Handle (which it
+    """An object of this layer for a handle: a tvapic.native.HeldHandle (which it
     takes over) in process, or a tvapic.Handle of the client's server."""
     if handle is None:
         return None

@@ -9,13 +9,17 @@ Its parts:
     catalogue.py, events.py   read and check the files (grammar in catalogue/README.md)
     answers.py                the objects that answer more than one interface; the way to each interface
     types.py                  the one table of type facts, and the C and C++ forms built on it
-    families.py               the C vector and value families
-    wire.py                   how a remotable function travels over the API Server's wire
-    python.py, csharp.py      how the catalogue appears to the Python and C# bindings
+    families.py               the C vector families, the value handles and the handle base, with
+                              the typed prototypes of their functions
+    wire_kinds.py, wire.py    the kinds of wire value; how a remotable function travels over the
+                              API Server's wire
 
-The emitters read the model and these modules only, never each other
-(tests/layers/check_layers.py holds them to it). A new scalar type is a row
-of the table in types.py; its docstring says what else it may need.
+The model knows no output. Above it, bindings/ holds what the language
+bindings' emitters share, and the modules beside the emitters what other
+emitters share; the emitters read those and the model, never each other, and
+__main__.py lists every output with its emitter (tests/layers/check_layers.py
+holds them to it). A new scalar type is a row of the table in types.py; its
+docstring says what else it may need.
 """
 
 from dataclasses import dataclass, field
@@ -25,7 +29,7 @@ from . import catalogue as _catalogue
 from . import events as _events
 from .catalogue import CatalogueError, groups_in
 from .events import Event
-from .families import container_prototypes
+from .families import HANDLE_BASE, container_prototypes
 from .wire import remotable as _remotable
 
 __all__ = ["CatalogueError", "Event", "Model", "groups_in", "load"]
@@ -53,10 +57,9 @@ class Model(_catalogue.Catalogue):
 
     def enums(self):
         """Every enumeration named, by operations or by event callbacks."""
-        found = set(super().enums())
-        for e in self.events():
-            found |= {t.name for t in [e.result] + [p.type for p in e.params] if t.kind == "enum"}
-        return sorted(found)
+        signatures = [[op.result] + [p.type for p in op.params] for op in self.ops()]
+        signatures += [[e.result] + [p.type for p in e.params] for e in self.events()]
+        return sorted({t.name for types in signatures for t in types if t.kind == "enum"})
 
     # Event sources
 
@@ -118,8 +121,7 @@ class Model(_catalogue.Catalogue):
 
     def export_names(self):
         """Every function the library exports, in header order."""
-        names = ["IAPIObject_AddRef", "IAPIObject_Release", "IAPIObject_IsSameObjects"]
-        names += [name for _, name, _ in container_prototypes()]
+        names = [proto.name for proto in HANDLE_BASE + container_prototypes()]
         names += [op.export for op in self.ops()]
         names += [e.export for e in self.events()]
         return names

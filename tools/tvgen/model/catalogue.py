@@ -9,15 +9,11 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 from . import families
-from .types import OPERATION_WORDS, SCALARS
+from .types import OPERATION_WORDS, SCALARS, TYPES
 
 IID_RE = re.compile(r"^[0-9a-fA-F]{8}-[0-9a-fA-F]{4}-[0-9a-fA-F]{4}-[0-9a-fA-F]{4}-[0-9a-fA-F]{12}$")
 NAME_RE = re.compile(r"^[A-Za-z_][A-Za-z0-9_]*$")
 OP_RE = re.compile(r"^  (\S+(?:<\w+>)?) (\w+)\(([^)]*)\)\s*(?:#\s*(.*))?$")
-ENUM_RE = re.compile(r"^tv\w+Enum$")
-# Families whose caller vectors can be refilled after the host filled them.
-REFILLABLE = {"BoolVector", "Int32Vector", "EnumVector", "ColorVector", "Uint32Vector", "FloatVector",
-              "DoubleVector", "NumericIdVector", "StringVector", "ObjectReferenceVector"}
 INTERFACE_RE = re.compile(r"^I[A-Z0-9]\w*$")
 
 
@@ -29,9 +25,10 @@ class CatalogueError(Exception):
 class Type:
     """One parameter or result type of a host operation.
 
-    kind is one of: void, bool, int, int64, double, enum, text, object,
-    vector, value. `name` is the enum, interface, family or value name;
-    `element` the element interface of an object vector.
+    kind is a row of the type table (types.py): void, bool, int, uint32,
+    int64, double, pointer, enum, text, object, vector, value. `name` is the
+    enum, interface, family or value name; `element` the element interface
+    of an object vector.
     """
     kind: str
     name: str = ""
@@ -89,14 +86,6 @@ class Catalogue:
             if group is None or i.group == group:
                 yield from i.ops
 
-    def enums(self):
-        found = set()
-        for op in self.ops():
-            for t in [op.result] + [p.type for p in op.params]:
-                if t.kind == "enum":
-                    found.add(t.name)
-        return sorted(found)
-
     def referenced_interfaces(self, group):
         """Interfaces named by the signatures of a group, its own included."""
         names = {i.name for i in self.interfaces.values() if i.group == group}
@@ -114,16 +103,16 @@ def parse_type(text, where):
     m = re.fullmatch(r"(\w+)<(\w+)>", text)
     if m:
         fam, elem = m.groups()
-        if fam not in families.OBJECT_FAMILIES:
+        if fam not in families.BY_NAME or not families.BY_NAME[fam].of_objects:
             raise CatalogueError(f"{where}: only object vectors take an element interface: {text}")
         if not INTERFACE_RE.match(elem):
             raise CatalogueError(f"{where}: bad element interface {elem!r}")
         return Type("vector", fam, elem)
     if text in OPERATION_WORDS:
         return Type(text)
-    if ENUM_RE.match(text):
+    if re.fullmatch(TYPES["enum"].named, text):
         return Type("enum", text)
-    if text in families.OBJECT_FAMILIES:
+    if text in families.BY_NAME and families.BY_NAME[text].of_objects:
         raise CatalogueError(f"{where}: {text} needs its element interface, e.g. {text}<IModelObject>")
     if text in families.SIGNATURE_FAMILIES:
         return Type("vector", text)
@@ -146,7 +135,7 @@ def parse_param(text, where):
     t = parse_type(words[0], where)
     if mode == "out" and not (t.is_scalar or t.kind == "object"):
         raise CatalogueError(f"{where}: 'out' applies to scalars and objects, not {t}")
-    if mode == "inout" and (t.kind != "vector" or t.name not in REFILLABLE):
+    if mode == "inout" and (t.kind != "vector" or not families.BY_NAME[t.name].refillable):
         raise CatalogueError(f"{where}: 'inout' applies to vectors the host can refill, not {t}")
     if t.kind == "void":
         raise CatalogueError(f"{where}: a parameter cannot be void")

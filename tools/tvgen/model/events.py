@@ -19,19 +19,18 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 from . import catalogue as cat_mod
+from . import families
 from .catalogue import CatalogueError, Type
-from .types import CALLBACK_WORDS
+from .types import CALLBACK_WORDS, TYPES
 
 GROUP = cat_mod.EVENTS_GROUP
 FILE = f"{GROUP}.api"
 
 EVENT_RE = re.compile(r"^  on (\S+) (\w+)\(([^)]*)\)(?: via (\w+))?\s*(?:#.*)?$")
-# Host enumerations keep the host's names: most are tv…Enum, a few lack the
-# prefix (DocumentTypeEnum) or the suffix (tvProcessContextMenuType).
-CALLBACK_ENUM_RE = re.compile(r"^(tv[A-Z]\w*|[A-Z]\w*Enum)$")
-CALLBACK_LISTS = ("Int32Vector", "StringVector")
-# What a callback may change: the host reads these back after the call.
-INOUT_KINDS = ("text", "int", "bool", "StringVector")
+
+
+def _is_enum(text):
+    return re.fullmatch(TYPES["enum"].callback_named, text) is not None
 
 
 @dataclass(frozen=True)
@@ -41,9 +40,16 @@ class CallbackParam:
     inout: bool = False
 
     @property
-    def kind(self):
+    def conversion(self):
         """The conversion this parameter needs: the type's kind, or the list family."""
         return self.type.name if self.type.kind == "vector" else self.type.kind
+
+    @property
+    def writable(self):
+        """Whether a callback may write it back (`inout`), by the type table and the families."""
+        if self.type.kind == "vector":
+            return families.BY_NAME[self.type.name].in_callbacks == "write"
+        return TYPES[self.type.kind].callback_inout
 
     @property
     def mode(self):
@@ -100,28 +106,25 @@ class Events:
         for s in self.sources.values():
             yield from s.events
 
-    def enums(self):
-        found = set()
-        for e in self.events():
-            for t in [e.result] + [p.type for p in e.params]:
-                if t.kind == "enum":
-                    found.add(t.name)
-        return sorted(found)
+
+def _callback_family(name):
+    family = families.BY_NAME.get(name)
+    return family if family is not None and family.in_callbacks else None
 
 
 def parse_callback_type(text, where):
-    m = re.fullmatch(r"ObjectReferenceVector<(\w+)>", text)
-    if m:
-        if not cat_mod.INTERFACE_RE.match(m.group(1)):
-            raise CatalogueError(f"{where}: bad element interface {m.group(1)!r}")
-        return Type("vector", "ObjectReferenceVector", m.group(1))
+    m = re.fullmatch(r"(\w+)<(\w+)>", text)
+    if m and _callback_family(m.group(1)) and _callback_family(m.group(1)).of_objects:
+        if not cat_mod.INTERFACE_RE.match(m.group(2)):
+            raise CatalogueError(f"{where}: bad element interface {m.group(2)!r}")
+        return Type("vector", m.group(1), m.group(2))
     if text in CALLBACK_WORDS:
         return Type(text)
-    if text in CALLBACK_LISTS:
+    if _callback_family(text) and not _callback_family(text).of_objects:
         return Type("vector", text)
     if cat_mod.INTERFACE_RE.match(text):
         return Type("object", text)
-    if CALLBACK_ENUM_RE.match(text):
+    if _is_enum(text):
         return Type("enum", text)
     raise CatalogueError(f"{where}: {text!r} cannot reach a callback")
 
@@ -134,17 +137,17 @@ def parse_callback_param(text, where):
     if len(words) != 2 or not cat_mod.NAME_RE.match(words[1]):
         raise CatalogueError(f"{where}: callback parameter must be '[inout] type name': {text!r}")
     p = CallbackParam(parse_callback_type(words[0], where), words[1], inout)
-    if inout and p.kind not in INOUT_KINDS:
-        raise CatalogueError(f"{where}: 'inout' applies to text, int, bool and StringVector, not {p.type}")
-    if p.kind == "StringVector" and not inout:
-        raise CatalogueError(f"{where}: a StringVector reaches a callback only as 'inout'")
+    if inout and not p.writable:
+        raise CatalogueError(f"{where}: 'inout' applies to what a callback may write back, not {p.type}")
+    if p.type.kind == "vector" and p.writable and not inout:
+        raise CatalogueError(f"{where}: a {p.type} reaches a callback only as 'inout'")
     return p
 
 
 def parse_result(text, where):
     if text in ("void", "bool", "pointer"):
         return Type(text)
-    if CALLBACK_ENUM_RE.match(text):
+    if _is_enum(text):
         return Type("enum", text)
     raise CatalogueError(f"{where}: a callback returns void, bool, pointer or an enumeration, not {text!r}")
 

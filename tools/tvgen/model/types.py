@@ -18,6 +18,7 @@ clients/dotnet). A new wire kind also needs its decoder in src/server.
 from dataclasses import dataclass
 
 from . import families
+from .wire_kinds import F64, F64_SLOT, I32, I32_SLOT, STRING, U64, WireKind
 
 LPWSTR = "[MarshalAs(UnmanagedType.LPWStr)] string"
 
@@ -32,9 +33,9 @@ class TypeFacts:
     c_result: str             # C type as an operation's result
     host: str                 # C++ type of a value on the host's side
     by_ref: bool              # the host takes it by const reference
-    wire: str | None          # wire kind as an argument; "" stays behind (an empty one is passed), None cannot travel
-    wire_slot: str | None     # wire kind as an out-parameter (None: cannot travel as a slot)
-    wire_result: str | None   # wire kind as a result (None: stays behind; see also families' wire_result)
+    wire: WireKind | None     # how an argument travels (None: it cannot, unless it stays behind)
+    wire_slot: WireKind | None    # how an out-parameter travels (None: it cannot)
+    wire_result: WireKind | None  # how a result travels (None: it stays behind; see also the families' wire_result)
     wire_note: str            # what a wire value carries beyond its kind, in the protocol tables
     sweep: str | None         # the export sweep's kind::<sweep> (out-parameters: kind::Out<sweep>)
     python: str | None        # Python type of a value
@@ -42,23 +43,38 @@ class TypeFacts:
     csharp_native: str        # C# type of the platform-invoke declarations (a scalar's, or a text argument's)
     csharp: str               # C# type of the object layer
     ownership: str = "none"   # what the caller does with a result (docs/catalogue-json.md lists the words)
+    release: str = ""         # the function a caller gives an owned result back with
+    stays_behind: bool = False    # an argument that does not travel: the function receives an empty one
+    callback_inout: bool = False  # a callback may write it back (`inout`)
+    named: str = ""           # the names an operation's signature gives it, when not its kind word (a pattern)
+    callback_named: str = ""  # ... and an event callback's
 
 
 _row, _ = TypeFacts, None
 TYPES = {row.kind: row for row in [
-    #    kind      ops    callb. scalar c_arg             c_result        host                              by_ref wire      slot        result    note      sweep     python    python_doc          C# native C#        ownership
-    _row("void",    True,  False, False, "void",           "void",         "void",                           False, _,        _,          _,        "",       _,        "None",   "",                 "void",   "void"),
-    _row("bool",    True,  True,  True,  "int",            "bool",         "bool",                           False, "i32",    "i32 slot", "i32",    "bool",   "Bool",   "bool",   "bool",             "int",    "bool"),
-    _row("int",     True,  True,  True,  "int",            "int",          "int",                            False, "i32",    "i32 slot", "i32",    "",       "Int",    "int",    "int",              "int",    "int"),
-    _row("uint32",  False, True,  True,  "uint32_t",       "uint32_t",     "std::uint32_t",                  False, _,        _,          _,        "",       _,        "int",    "int",              "uint",   "uint"),
-    _row("int64",   True,  True,  True,  "uint64_t",       "uint64_t",     "std::uint64_t",                  False, "u64",    _,          "u64",    "int64",  "Int64",  "int",    "64-bit integer",   "ulong",  "ulong"),
-    _row("double",  True,  True,  True,  "double",         "double",       "double",                         False, "f64",    "f64 slot", _,        "",       "Double", "float",  "float",            "double", "double"),
-    _row("pointer", False, True,  True,  "void*",          "void*",        "void*",                          False, _,        _,          _,        "",       _,        "int",    "address",          "IntPtr", "IntPtr"),
-    _row("enum",    False, False, True,  "int",            "int",          "tvapi::{name}",                  False, "i32",    "i32 slot", "i32",    "{name}", "Enum",   "int",    "{name} value",     "int",    "int"),
-    _row("text",    True,  True,  False, "const tvWChar*", "tvWChar*",     "tvapi::WString",                 True,  "string", _,          "string", "",       "Text",   "str",    "str",              LPWSTR,   "string", "free"),
-    _row("object",  False, False, False, "void*",          "void*",        "tvapi::SmartPtr<tvapi::{name}>", True,  "u64",    _,          "u64",    "{name}", "Object", "Handle", "handle of {name}", "IntPtr", "{name}", "release"),
-    _row("vector",  False, False, False, "{name}_t*",      "{name}_t*",    "std::vector<{host_element}>",    True,  "",       _,          _,        "",       _,        _,        "list of str",      "IntPtr", _,        "delete"),
-    _row("value",   False, False, False, "{name}_t*",      "{name}_t*",    "tvapi::{name}",                  True,  _,        _,          _,        "",       "{name}", _,        "",                 "IntPtr", _,        "always-null"),
+    #    kind      ops    callb. scalar c_arg             c_result        host                              by_ref wire    slot      result  note      sweep     python    python_doc          C# native C#
+    _row("void",    True,  False, False, "void",           "void",         "void",                           False, _,      _,        _,      "",       _,        "None",   "",                 "void",   "void"),
+    _row("bool",    True,  True,  True,  "int",            "bool",         "bool",                           False, I32,    I32_SLOT, I32,    "bool",   "Bool",   "bool",   "bool",             "int",    "bool",
+         callback_inout=True),
+    _row("int",     True,  True,  True,  "int",            "int",          "int",                            False, I32,    I32_SLOT, I32,    "",       "Int",    "int",    "int",              "int",    "int",
+         callback_inout=True),
+    _row("uint32",  False, True,  True,  "uint32_t",       "uint32_t",     "std::uint32_t",                  False, _,      _,        _,      "",       _,        "int",    "int",              "uint",   "uint"),
+    _row("int64",   True,  True,  True,  "uint64_t",       "uint64_t",     "std::uint64_t",                  False, U64,    _,        U64,    "int64",  "Int64",  "int",    "64-bit integer",   "ulong",  "ulong"),
+    _row("double",  True,  True,  True,  "double",         "double",       "double",                         False, F64,    F64_SLOT, _,      "",       "Double", "float",  "float",            "double", "double"),
+    _row("pointer", False, True,  True,  "void*",          "void*",        "void*",                          False, _,      _,        _,      "",       _,        "int",    "address",          "IntPtr", "IntPtr"),
+    _row("enum",    False, False, True,  "int",            "int",          "tvapi::{name}",                  False, I32,    I32_SLOT, I32,    "{name}", "Enum",   "int",    "{name} value",     "int",    "int",
+         # Host enumerations keep the host's names: most are tv…Enum; callbacks
+         # also name a few without the prefix (DocumentTypeEnum) or the suffix
+         # (tvProcessContextMenuType).
+         named=r"tv\w+Enum", callback_named=r"tv[A-Z]\w*|[A-Z]\w*Enum"),
+    _row("text",    True,  True,  False, "const tvWChar*", "tvWChar*",     "tvapi::WString",                 True,  STRING, _,        STRING, "",       "Text",   "str",    "str",              LPWSTR,   "string",
+         ownership="free", release="free", callback_inout=True),
+    _row("object",  False, False, False, "void*",          "void*",        "tvapi::SmartPtr<tvapi::{name}>", True,  U64,    _,        U64,    "{name}", "Object", "Handle", "handle of {name}", "IntPtr", "{name}",
+         ownership="release", release="IAPIObject_Release"),
+    _row("vector",  False, False, False, "{name}_t*",      "{name}_t*",    "std::vector<{host_element}>",    True,  _,      _,        _,      "",       _,        _,        "list of str",      "IntPtr", _,
+         ownership="delete", stays_behind=True),   # released as its family says
+    _row("value",   False, False, False, "{name}_t*",      "{name}_t*",    "tvapi::{name}",                  True,  _,      _,        _,      "",       "{name}", _,        "",                 "IntPtr", _,
+         ownership="always-null"),
 ]}
 del _row, _
 
@@ -74,6 +90,13 @@ def fill(template, t):
 
 
 # C: the exports and the callbacks
+
+def result_release(t):
+    """How a caller gives back an operation's result of type t (None: nothing of it is the caller's)."""
+    if t.kind == "vector":
+        return families.BY_NAME[t.name].result_release
+    return families.Release(TYPES[t.kind].release) if TYPES[t.kind].release else None
+
 
 def c_param(p):
     text = fill(TYPES[p.type.kind].c_arg, p.type)

@@ -1,19 +1,16 @@
 """How a remotable function travels over the API Server's wire.
 
 A remotable function's wire signature follows from its export's C signature
-(the type table's wire columns): handles and 64-bit integers travel as u64,
-int/bool/enum as i32, doubles as f64, text as string, out-parameters as
-nullable slots; vector parameters do not travel (an empty vector is passed)
-and neither do double, vector (other than StringVector), structure or value
-results.
+(the type table's wire columns, in the kinds of wire_kinds.py): handles and
+64-bit integers travel as u64, int/bool/enum as i32, doubles as f64, text as
+string, out-parameters as nullable slots; vector parameters do not travel
+(an empty vector is passed) and neither do double, vector (other than
+StringVector), structure or value results.
 """
 
 from . import families
 from .catalogue import CatalogueError
 from .types import TYPES, fill
-
-# Each wire kind's name in the decoders and encoders (WireKind::U64, c.U64(n), q.U64(v)).
-ACCESSOR = {"u64": "U64", "i32": "I32", "f64": "F64", "string": "Text", "i32 slot": "SlotI32", "f64 slot": "SlotF64"}
 
 
 def param_wire(op, p):
@@ -24,7 +21,7 @@ def param_wire(op, p):
         if not facts.wire_slot:
             raise CatalogueError(f"{op.where}: {op.export}: an out {t} cannot travel as a slot")
         return facts.wire_slot
-    if facts.wire == "":
+    if facts.stays_behind:
         return None
     if facts.wire is None:
         raise CatalogueError(f"{op.where}: {op.export}: a {t} parameter cannot travel")
@@ -41,9 +38,8 @@ def result_wire(op):
 
 def wire_signature(op):
     """(request kinds, response kinds) as the protocol reference lists them."""
-    request = [] if op.interface.root else ["u64"]
-    request += [k for k in (param_wire(op, p) for p in op.params) if k]
-    response = [k for k in request if k.endswith("slot")]
+    request = [wire for _, wire in carriers(op)]
+    response = [wire for wire in request if wire.slot]
     if result_wire(op):
         response.append(result_wire(op))
     return request, response
@@ -54,17 +50,15 @@ def remotable(cat):
     return [op for op in cat.ops() if op.interface.remote]
 
 
-def travelling(op):
-    """([(parameter or None for the object's handle, wire kind)], response kinds).
+def carriers(op):
+    """[(parameter, or None for the object's handle; its wire kind)] in request order.
 
     C vectors do not travel; every other parameter does, in order, after the
     handle of a non-rooted interface.
     """
-    request, response = wire_signature(op)
-    carriers = ([] if op.interface.root else [None]) + [p for p in op.params if p.type.kind != "vector"]
-    if len(carriers) != len(request):
-        raise ValueError(f"{op.export}: {len(request)} wire kinds for {len(carriers)} travelling parameters")
-    return list(zip(carriers, request)), response
+    carried = [] if op.interface.root else [(None, TYPES["object"].wire)]
+    carried += [(p, param_wire(op, p)) for p in op.params]
+    return [(p, wire) for p, wire in carried if wire]
 
 
 # The values as docs/protocol.md and the API reference write them: each
@@ -79,18 +73,14 @@ def meaning(t):
     return fill(TYPES[t.kind].wire_note, t)
 
 
-def _value(kind, name, t):
-    text = f"{kind} {name}" if name else kind
+def _value(wire, name, t):
+    text = f"{wire} {name}" if name else str(wire)
     return f"{text}: {meaning(t)}" if meaning(t) else text
 
 
 def request(op):
-    values = [] if op.interface.root else [f"u64 handle: {op.interface.name}"]
-    for p in op.params:
-        kind = param_wire(op, p)
-        if kind:
-            values.append(_value(kind, p.name, p.type))
-    return values
+    return [f"{wire} handle: {op.interface.name}" if p is None else _value(wire, p.name, p.type)
+            for p, wire in carriers(op)]
 
 
 def response(op):

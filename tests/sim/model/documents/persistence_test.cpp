@@ -74,5 +74,24 @@ TEST_F(Persistence, SavingRefusesWhatWouldLoseWorkAndDeleteTakesTheFile) {
     EXPECT_FALSE(Exists("first.tvd"));
 }
 
+// What a new saved property relies on (host/sim/README.md): a file without
+// a record reads, that property keeping a new document's value; a record
+// with a field more than its reader takes fails the file, and so does a
+// key no reader knows.
+TEST_F(Persistence, AMissingRecordKeepsItsDefaultAndAnUnexpectedFieldOrKeyFailsTheFile) {
+    WriteFile("lean.tvd", "tvsim-document 1\ntype 1\nauthor \"Ada\"\nend\n");
+    Handle lean(IDocuments_Open(documents(), PathTo("lean.tvd").c_str(), 1, 0));
+    ASSERT_TRUE(lean);
+    EXPECT_EQ(Take(ITavraDocument_GetAuthor(lean.get())), TVAPIC_TEXT("Ada"));
+    EXPECT_EQ(Take(ITavraDocument_GetOrganization(lean.get())), TVAPIC_TEXT(""));
+    Sheet s = SheetOf(lean.get());  // a drawing without views gets a new drawing's sheet
+    EXPECT_TRUE(s.view);
+
+    WriteFile("longer.tvd", "tvsim-document 1\ntype 1\nauthor \"Ada\" \"Lovelace\"\nend\n");
+    EXPECT_FALSE(Handle(IDocuments_Open(documents(), PathTo("longer.tvd").c_str(), 1, 0)));
+    WriteFile("unknown.tvd", "tvsim-document 1\ntype 1\ntitle \"Plate\"\nend\n");
+    EXPECT_FALSE(Handle(IDocuments_Open(documents(), PathTo("unknown.tvd").c_str(), 1, 0)));
+}
+
 }  // namespace
 }  // namespace sim_test

@@ -1,13 +1,13 @@
-"""Emits the object layer's interface table: tvapic/_objects.py.
+"""Emits the object layer's interface table: tvapic/_generated_classes.py.
 
 For every interface: its group, IID text (None for rooted ones), root,
 whether the API Server serves it, and its methods in host order, each the
 export it calls. tvapic.objects makes one class per interface from it; the
-methods' parameters and results come from the binding's table (_native.py),
+methods' parameters and results come from the binding's table (_generated_exports.py),
 so the two cannot disagree.
 """
 
-from .model.python import methods
+from .bindings.python import methods
 
 
 def emit(model):

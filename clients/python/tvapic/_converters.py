@@ -1,18 +1,18 @@
 """Conversions between Python values and the C forms of the library's
-parameters and results, one per kind of the generated table (_native.py).
+parameters and results, one per kind of the generated table (_generated_exports.py).
 
 A parameter converter gives ctypes its argument type, turns a Python value
 into the C argument (registering what must be freed after the call) and, for
 out and inout parameters, reads back the value the function handed over. A
 result converter gives the result type and turns the C result into Python,
 freeing what the caller owns: text with the C runtime's free, vectors with
-their family's _Delete; a returned handle becomes a Handle holding its reference.
+their family's _Delete; a returned handle becomes a HeldHandle holding its reference.
 """
 
 import ctypes
 
-from . import _cdll, _vectors
-from ._handles import Handle, handle_address
+from . import _utf16, _vectors
+from ._handles import HeldHandle, handle_address
 
 _I32 = (-(1 << 31), (1 << 31) - 1)
 _U64 = (0, (1 << 64) - 1)
@@ -64,7 +64,7 @@ class Call:
 
 # --- parameters -----------------------------------------------------------------
 
-class Param:
+class ParamConverter:
     returns = False          # an out or inout parameter: its value comes back
     ctype = ctypes.c_void_p
 
@@ -79,7 +79,7 @@ class Param:
         return None
 
 
-class IntParam(Param):
+class IntConverter(ParamConverter):
     ctype = ctypes.c_int
 
     def __init__(self, name, where, what="an int"):
@@ -90,21 +90,21 @@ class IntParam(Param):
         return check_i32(value, self.where, self.what)
 
 
-class Int64Param(Param):
+class Int64Converter(ParamConverter):
     ctype = ctypes.c_uint64
 
     def prepare(self, value, call):
         return check_int64(value, self.where)
 
 
-class DoubleParam(Param):
+class DoubleConverter(ParamConverter):
     ctype = ctypes.c_double
 
     def prepare(self, value, call):
         return check_double(value, self.where)
 
 
-class TextParam(Param):
+class TextConverter(ParamConverter):
     ctype = ctypes.POINTER(ctypes.c_uint16)
 
     def __init__(self, name, where, nullable=True):
@@ -117,15 +117,15 @@ class TextParam(Param):
                 return None
             if not isinstance(value, str):
                 raise TypeError(f"{self.where} must be a str or None, not {type(value).__name__}")
-        return _cdll.to_units(value, self.where)
+        return _utf16.to_units(value, self.where)
 
 
-class ObjectParam(Param):
+class ObjectConverter(ParamConverter):
     def prepare(self, value, call):
         return handle_address(value, self.where)
 
 
-class HandleParam(Param):
+class HandleConverter(ParamConverter):
     """A handle the function uses without a null test: None is refused here."""
 
     def prepare(self, value, call):
@@ -134,7 +134,7 @@ class HandleParam(Param):
         return handle_address(value, self.where)
 
 
-class RawParam(Param):
+class RawConverter(ParamConverter):
     def __init__(self, name, where, c_type):
         super().__init__(name, where)
         self.ctype = _RAW_TYPES[c_type]
@@ -153,7 +153,7 @@ class RawParam(Param):
         return check_double(value, self.where)
 
 
-class VectorParam(Param):
+class VectorConverter(ParamConverter):
     """An input list: a C vector made for the call and deleted after it (None is the null vector)."""
 
     def __init__(self, name, where, family):
@@ -164,7 +164,7 @@ class VectorParam(Param):
         return None if value is None else self.family.make(value, self.where, call)
 
 
-class RefilledParam(VectorParam):
+class RefilledConverter(VectorConverter):
     """An inout list: goes in as a C vector, the host's list comes back."""
     returns = True
 
@@ -175,7 +175,7 @@ class RefilledParam(VectorParam):
         return self.family.read(carg) if carg else []
 
 
-class ValueParam(Param):
+class ValueConverter(ParamConverter):
     """A host value: a property value is made from None, a bool, int, float or
     str for the call; attribute and storage values cannot be made, only null."""
 
@@ -192,7 +192,7 @@ class ValueParam(Param):
         return self.values.make(value, self.where, call)
 
 
-class OutParam(Param):
+class OutConverter(ParamConverter):
     """A scalar the function writes: a value goes in (None passes a null
     pointer, and None comes back) and the function's value is returned."""
     returns = True
@@ -216,7 +216,7 @@ class OutParam(Param):
         return bool(value) if self.kind == "bool" else value
 
 
-class OutObjectParam(Param):
+class OutObjectConverter(ParamConverter):
     """An object the function hands back borrowed: it gains a reference of its
     own for Python. Any value but None asks for it."""
     returns = True
@@ -226,24 +226,24 @@ class OutObjectParam(Param):
         return None if value is None else ctypes.pointer(ctypes.c_void_p())
 
     def collect(self, carg):
-        return None if carg is None else Handle.borrow(carg.contents.value)
+        return None if carg is None else HeldHandle.borrow(carg.contents.value)
 
 
 # --- results ------------------------------------------------------------------
 
-class Result:
+class ResultConverter:
     def __init__(self, restype, convert=None):
         self.restype = restype
         self.convert = convert or (lambda raw: raw)
 
 
 def _object_result(raw):
-    return Handle(raw) if raw else None
+    return HeldHandle(raw) if raw else None
 
 
 # --- kinds --------------------------------------------------------------------
 
-class Kinds:
+class Converters:
     """Makes the converters of one loaded library."""
 
     def __init__(self, lib, callbacks=None):
@@ -258,28 +258,28 @@ class Kinds:
         if head == "out":
             inner_kind = words[1]
             if inner_kind == "object":
-                return OutObjectParam(name, where)
-            return OutParam(name, where, self.param(" ".join(words[1:]), name, where), inner_kind)
+                return OutObjectConverter(name, where)
+            return OutConverter(name, where, self.param(" ".join(words[1:]), name, where), inner_kind)
         if head == "inout":
-            return RefilledParam(name, where, self.vectors.family(words[2]))
+            return RefilledConverter(name, where, self.vectors.family(words[2]))
         if head in ("bool", "int", "enum"):
-            return IntParam(name, where, {"bool": "a bool", "int": "an int"}.get(head, f"a value of {words[-1]}"))
+            return IntConverter(name, where, {"bool": "a bool", "int": "an int"}.get(head, f"a value of {words[-1]}"))
         if head == "int64":
-            return Int64Param(name, where)
+            return Int64Converter(name, where)
         if head == "double":
-            return DoubleParam(name, where)
+            return DoubleConverter(name, where)
         if head in ("text", "nonnull-text"):
-            return TextParam(name, where, nullable=head == "text")
+            return TextConverter(name, where, nullable=head == "text")
         if head == "object":
-            return ObjectParam(name, where)
+            return ObjectConverter(name, where)
         if head == "handle":
-            return HandleParam(name, where)
+            return HandleConverter(name, where)
         if head == "vector":
-            return VectorParam(name, where, self.vectors.family(words[1]))
+            return VectorConverter(name, where, self.vectors.family(words[1]))
         if head == "value":
-            return ValueParam(name, where, words[1], self.values)
+            return ValueConverter(name, where, words[1], self.values)
         if head == "raw":
-            return RawParam(name, where, words[1])
+            return RawConverter(name, where, words[1])
         if head == "callback" and self.callbacks:
             return self.callbacks.param(words[1], name, where)
         raise ValueError(f"{where}: the binding has no conversion for the kind {kind!r}")
@@ -288,25 +288,26 @@ class Kinds:
         words = kind.split()
         head = words[0]
         if head in ("void",):
-            return Result(None)
+            return ResultConverter(None)
         if head == "bool":
-            return Result(ctypes.c_bool)
+            return ResultConverter(ctypes.c_bool)
         if head in ("int", "enum"):
-            return Result(ctypes.c_int)
+            return ResultConverter(ctypes.c_int)
         if head == "int64":
-            return Result(ctypes.c_uint64)
+            return ResultConverter(ctypes.c_uint64)
         if head == "double":
-            return Result(ctypes.c_double)
+            return ResultConverter(ctypes.c_double)
         if head == "text":
-            return Result(ctypes.c_void_p, _cdll.take_units)
+            return ResultConverter(ctypes.c_void_p, _utf16.take_units)
         if head == "borrowed-text":
-            return Result(ctypes.c_void_p, _cdll.read_units)
+            return ResultConverter(ctypes.c_void_p, _utf16.read_units)
         if head == "object":
-            return Result(ctypes.c_void_p, _object_result)
+            return ResultConverter(ctypes.c_void_p, _object_result)
         if head == "vector":
-            return Result(ctypes.c_void_p, self.vectors.family(words[1]).take)
+            return ResultConverter(ctypes.c_void_p, self.vectors.family(words[1]).take)
         if head == "value":
-            return Result(ctypes.c_void_p, self.values.take if words[1] == "PropertyValue" else lambda raw: None)
+            take = self.values.take if words[1] == "PropertyValue" else lambda raw: None
+            return ResultConverter(ctypes.c_void_p, take)
         if head == "raw":
-            return Result(_RAW_TYPES[words[1]])
+            return ResultConverter(_RAW_TYPES[words[1]])
         raise ValueError(f"the binding has no conversion for the result kind {kind!r}")

@@ -17,10 +17,12 @@ The binding's kinds (words separated by spaces):
 """
 
 import keyword
+from typing import NamedTuple
 
-from . import families
-from .types import TYPES
-from .wire import param_wire
+from ..model import families
+from ..model.types import TYPES
+from ..model.wire import carriers
+from .names import object_param, unique
 
 
 def python_type(kind):
@@ -30,17 +32,9 @@ def python_type(kind):
 
 def identifier(name, taken):
     """A catalogue name as a Python identifier not yet in `taken` (which it joins)."""
-    name = name + "_" if keyword.iskeyword(name) or name == "self" else name
-    while name in taken:
-        name += "_"
+    name = unique(name + "_" if keyword.iskeyword(name) or name == "self" else name, taken)
     taken.add(name)
     return name
-
-
-def handle_name(interface):
-    """The name of the object's handle parameter: IDocuments -> documents."""
-    base = interface.name[1:]
-    return base[0].lower() + base[1:]
 
 
 def of(t):
@@ -50,39 +44,41 @@ def of(t):
 
 # The remote client
 
-def travelling(op):
-    """[(python name, wire kind, catalogue kind, of)] in request order, and the
-    parameters that do not travel, as (name, type text)."""
+class RemoteParam(NamedTuple):
+    name: str       # the Python name
+    wire: object    # its WireKind
+    kind: str       # its catalogue kind ("object" for the handle)
+    of: str         # the interface or enumeration it is of
+
+
+def remote_params(op):
+    """The parameters of a remote call, as RemoteParam in request order, and
+    those that do not travel, as (name, type text)."""
+    carried = carriers(op)
+    own = {p.name for p, _ in carried if p is not None}
     taken = set()
-    params, dropped = [], []
-    if not op.interface.root:
-        params.append((None, "u64", "object", op.interface.name))
-    for p in op.params:
-        kind = param_wire(op, p)
-        if kind is None:
-            dropped.append((p.name, str(p.type)))
-            continue
-        params.append((p.name, kind, p.type.kind, of(p.type)))
-    named = []
-    own = {p[0] for p in params if p[0]}
-    for name, kind, type_, of_ in params:
-        if name is None:
-            # The handle's name must not clash with the function's own parameters.
-            name = handle_name(op.interface)
-            while name in own:
-                name += "_"
-        named.append((identifier(name, taken), kind, type_, of_))
-    return named, dropped
+    params = []
+    for p, wire in carried:
+        if p is None:
+            params.append(RemoteParam(identifier(object_param(op.interface, own), taken), wire, "object",
+                                      op.interface.name))
+        else:
+            params.append(RemoteParam(identifier(p.name, taken), wire, p.type.kind, of(p.type)))
+    travels = {p for p, _ in carried}
+    dropped = [(p.name, str(p.type)) for p in op.params if p not in travels]
+    return params, dropped
 
 
 # The in-process binding
 
-# C types of the vector and value functions, as the runtime binds them.
-_RAW = {"void": "raw void", "uint64_t": "raw uint64_t", "int32_t": "raw int32_t", "uint32_t": "raw uint32_t",
-        "uint8_t": "raw uint8_t", "float": "raw float", "double": "raw double", "const tvWChar*": "text"}
+# C types of the handle base, vector and value functions, as the runtime binds them.
+_RAW = {"void": "raw void", "int": "raw int32_t", "uint64_t": "raw uint64_t", "int32_t": "raw int32_t",
+        "uint32_t": "raw uint32_t", "uint8_t": "raw uint8_t", "float": "raw float", "double": "raw double",
+        "bool": "bool"}
 
 
-def type_kind(t):
+def binding_kind(t):
+    """The binding's kind of a value of type t (t.kind is its catalogue kind)."""
     if t.kind in ("enum", "object", "value"):
         return f"{t.kind} {t.name}"
     if t.kind == "vector":
@@ -90,8 +86,8 @@ def type_kind(t):
     return t.kind
 
 
-def param_kind(p):
-    return f"{p.mode} {type_kind(p.type)}" if p.mode else type_kind(p.type)
+def param_binding_kind(p):
+    return f"{p.mode} {binding_kind(p.type)}" if p.mode else binding_kind(p.type)
 
 
 def python_params(op):
@@ -100,50 +96,41 @@ def python_params(op):
     The names are the catalogue's (a keyword gains a trailing underscore); the
     handle is named after its interface, as in the remote client.
     """
-    own = {p.name for p in op.params}
-    params = []
-    if not op.interface.root:
-        name = handle_name(op.interface)
-        while name in own:
-            name += "_"
-        params.append((name, f"object {op.interface.name}"))
-    params += [(p.name, param_kind(p)) for p in op.params]
+    params = [] if op.interface.root else [(object_param(op.interface, {p.name for p in op.params}),
+                                             f"object {op.interface.name}")]
+    params += [(p.name, param_binding_kind(p)) for p in op.params]
     taken = set()
     return [(identifier(name, taken), kind) for name, kind in params]
 
 
-def _raw(c_type, name):
-    if c_type == "const tvWChar*" and name.startswith("StringVector_"):
-        return "nonnull-text"   # copied without a null test
-    if c_type in _RAW:
-        return _RAW[c_type]
-    if c_type == "tvWChar*":
-        # Property values hand out a fresh copy; a string vector's element stays the vector's.
-        return "text" if name.startswith("PropertyValue_") else "borrowed-text"
-    assert c_type.endswith("*"), c_type
-    if c_type == "PropertyValue_t*" and name.startswith("PropertyValue_"):
-        return "raw nonnull"   # the value functions do not test for null
-    return "raw pointer"
+def raw_param(proto, p):
+    """A parameter of a handle base, vector or value function."""
+    if p.c_type == "const tvWChar*":
+        return "text" if p.nullable else "nonnull-text"   # copied without a null test
+    if proto.owner is None:
+        # The handle base takes objects; one it counts without a null test refuses None.
+        return "object IAPIObject" if p.nullable else "handle"
+    return _RAW.get(p.c_type) or ("raw pointer" if p.nullable else "raw nonnull")
 
 
-def _split_c_params(text):
-    if text == "void":
-        return []
-    return [tuple(param.rsplit(" ", 1)) for param in text.split(", ")]
+def raw_result(r):
+    """A result of a handle base, vector or value function."""
+    if r.c_type == "tvWChar*":
+        # A value's text is a fresh copy; a string vector's element stays the vector's.
+        return "text" if r.ownership == "free" else "borrowed-text"
+    return _RAW.get(r.c_type) or ("raw pointer" if r.nullable else "raw nonnull")
 
 
-def container_entries():
+def base_entries():
     """(export, result kind, [(name, kind)]) of the handle base, vector and value functions."""
-    handle = [("handle", "handle")]   # counted without a null test: None is refused
-    entries = [("IAPIObject_AddRef", "raw int32_t", handle), ("IAPIObject_Release", "raw int32_t", handle),
-               ("IAPIObject_IsSameObjects", "bool", [("first", "object IAPIObject"), ("second", "object IAPIObject")])]
-    for result, name, params in families.container_prototypes():
-        entries.append((name, _raw(result, name), [(n, _raw(t, name)) for t, n in _split_c_params(params)]))
+    entries = []
+    for proto in families.HANDLE_BASE + families.container_prototypes():
+        entries.append((proto.name, raw_result(proto.result), [(p.name, raw_param(proto, p)) for p in proto.params]))
     return entries
 
 
-def _callback_kind(p):
-    return f"inout {type_kind(p.type)}" if p.inout else type_kind(p.type)
+def _callback_binding_kind(p):
+    return f"inout {binding_kind(p.type)}" if p.inout else binding_kind(p.type)
 
 
 def callbacks(model):
@@ -151,7 +138,7 @@ def callbacks(model):
     out = {}
     for e in model.events():
         result = f"enum {e.result.name}" if e.result.kind == "enum" else e.result.kind
-        out[e.callback_type] = (result, [(p.name, _callback_kind(p)) for p in e.params])
+        out[e.callback_type] = (result, [(p.name, _callback_binding_kind(p)) for p in e.params])
     return out
 
 
@@ -170,8 +157,8 @@ def registration_entry(e):
 
 def entries(model):
     """Every export as (name, result kind, [(Python name, kind)]), in header order."""
-    out = container_entries()
-    out += [(op.export, type_kind(op.result), python_params(op)) for op in model.ops()]
+    out = base_entries()
+    out += [(op.export, binding_kind(op.result), python_params(op)) for op in model.ops()]
     out += [registration_entry(e) for e in model.events()]
     return out
 

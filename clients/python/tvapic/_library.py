@@ -1,11 +1,9 @@
-"""Finding and loading libtvAPIC, the C runtime's free, and 16-bit text.
+"""Finding and loading libtvAPIC.
 
 The library is looked for, in order: at the path in TVAPIC_LIBRARY; beside
 the tvapic package, in its parent directory, or in the lib folder beside that
 (the build tree stages the package in build/python, the libraries lie in
 build/lib); by name through the system's loader (an installed library).
-Text crosses as UTF-16 units on every platform: ctypes' c_wchar is four
-bytes where wchar_t is, so it is never used.
 """
 
 import ctypes
@@ -15,7 +13,6 @@ import threading
 from pathlib import Path
 
 ENVIRONMENT = "TVAPIC_LIBRARY"
-UTF16 = "utf-16-le" if sys.byteorder == "little" else "utf-16-be"
 
 _lock = threading.Lock()
 _loaded = None   # (path, CDLL)
@@ -89,59 +86,3 @@ def _load_or_explain(path):
         return _open(path)
     except OSError as e:
         raise LibraryNotFound(f"{path} could not be loaded: {e}") from None
-
-
-# --- the C runtime (platform-specific) -----------------------------------------
-
-def _c_runtime():
-    """The C runtime the library allocates its returned blocks with."""
-    if sys.platform == "win32":
-        # The universal CRT for MSVC and current MinGW builds, msvcrt for older MinGW ones.
-        for name in ("ucrtbase", "msvcrt"):
-            try:
-                return ctypes.CDLL(name)
-            except OSError:
-                continue
-        raise LibraryNotFound("no C runtime (ucrtbase or msvcrt) to free returned blocks with")
-    return ctypes.CDLL(None)
-
-
-_runtime = _c_runtime()
-free = _runtime.free
-free.argtypes = [ctypes.c_void_p]
-free.restype = None
-malloc = _runtime.malloc
-malloc.argtypes = [ctypes.c_size_t]
-malloc.restype = ctypes.c_void_p
-
-
-# --- text -----------------------------------------------------------------------
-
-def to_units(text, where):
-    """A zero-terminated array of UTF-16 units holding text."""
-    if not isinstance(text, str):
-        raise TypeError(f"{where} must be a str, not {type(text).__name__}")
-    if "\0" in text:
-        raise ValueError(f"{where} cannot hold a NUL character: the function would see the text cut there")
-    data = text.encode(UTF16, "surrogatepass")
-    return (ctypes.c_uint16 * (len(data) // 2 + 1)).from_buffer_copy(data + b"\0\0")
-
-
-def read_units(address):
-    """The text of a zero-terminated block of UTF-16 units ("" for a null pointer)."""
-    if not address:
-        return ""
-    units = ctypes.cast(address, ctypes.POINTER(ctypes.c_uint16))
-    n = 0
-    while units[n]:
-        n += 1
-    return ctypes.string_at(address, 2 * n).decode(UTF16, "surrogatepass")
-
-
-def take_units(address):
-    """read_units, then the block is freed: text the caller owns."""
-    try:
-        return read_units(address)
-    finally:
-        if address:
-            free(address)

@@ -1,13 +1,13 @@
-"""Emits the in-process binding's function table: tvapic/_native.py.
+"""Emits the in-process binding's function table: tvapic/_generated_exports.py.
 
 One entry per export of the library, in header order: the result's kind and
-each parameter's kind and Python name (model/python.py lists the kinds).
+each parameter's kind and Python name (bindings/python.py lists the kinds).
 tvapic.native turns an entry into a ctypes function with its argument and
 result conversions when the function is first used, so importing the table
 costs no more than reading it.
 """
 
-from .model.python import callbacks, entries
+from .bindings.python import callbacks, entries
 
 
 def _entry(result, params):

@@ -2,7 +2,8 @@
 platform-invoke declarations (TvApic.Native), which take and give what the
 C exports do; the type table has each kind's C# types."""
 
-from .types import LPWSTR, TYPES
+from ..model.types import LPWSTR, TYPES
+from .names import unique
 
 HEADER = "// Generated from the catalogue by tools/tvgen; do not edit.\n"
 
@@ -16,20 +17,16 @@ BOOL_RESULT = "[return: MarshalAs(UnmanagedType.I1)] "
 
 # C types of the handle base, vector and value functions.
 RAW = {"void": "void", "int": "int", "uint64_t": "ulong", "int32_t": "int", "uint32_t": "uint", "uint8_t": "byte",
-       "float": "float", "double": "double", "const tvWChar*": LPWSTR}
+       "float": "float", "double": "double", "const tvWChar*": LPWSTR, "bool": BOOL_RESULT + "bool"}
 
 
 def ident(name):
     return "@" + name if name in KEYWORDS else name
 
 
-def handle_name(op):
+def native_handle_param(op):
     """The export's handle parameter: `handle`, unless the operation has a parameter of that name."""
-    own = {p.name for p in op.params}
-    name = "handle"
-    while name in own:
-        name += "_"
-    return name
+    return unique("handle", {p.name for p in op.params})
 
 
 def csharp_type(kind):
@@ -61,9 +58,9 @@ def raw_type(c_type):
 
 
 def callback_native_param(p):
-    if p.inout and p.kind in ("int", "bool"):
+    if p.inout and p.conversion in ("int", "bool"):
         return "ref int"
-    return _native(p.kind) if p.kind in TYPES else "IntPtr"
+    return _native(p.conversion) if p.conversion in TYPES else "IntPtr"
 
 
 def callback_native_result(t):
