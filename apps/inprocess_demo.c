@@ -125,8 +125,6 @@ int main(void) {
            IAPIObject_IsSameObjects(active, model) ? "true" : "false");
     IAPIObject_Release(active);
 
-    printf("ITavraDocument_GetName(null handle)    -> %s\n",
-           ITavraDocument_GetName(NULL) ? "text" : "null (nothing called)");
     printf("ITavraDocument_Close(model)            -> %s\n", ITavraDocument_Close(model, 0) ? "true" : "false");
     printf("IDocuments_GetItem(1) after closing    -> %s\n", IDocuments_GetItem(documents, 1) ? "a document" : "null");
 

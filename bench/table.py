@@ -95,6 +95,14 @@ def main():
     paired("vector result     ICurve2D_CalculatePolygon", "frame/vector_result", ("<=", 1.25))
     paired("scalar getter / one bare virtual call", "frame/bare_virtual_call", None)
 
+    section("1b. Checked mode: the same export with checking on / off; the difference is its cost per call")
+    for label, name in (("scalar getter", "scalar_getter"), ("text getter", "text_getter"),
+                        ("object getter + IAPIObject_Release", "object_getter"),
+                        ("out-parameters", "out_parameters"), ("vector result + DoubleVector_Delete", "vector_result")):
+        on, off = f.get(f"checked/{name}", "measured_ns"), f.get(f"checked/{name}", "baseline_ns")
+        cost = "-" if on is None or off is None else ("+" if on >= off else "") + duration(on - off)
+        rows.append((label, duration(on), duration(off), ratio_text(f.get(f"checked/{name}", "ratio")), cost, ""))
+
     section("2. Converters, 100,000 elements: converter / by hand")
     paired("double vector argument  (memcpy)", "convert/double_argument", ("<=", 1.5))
     paired("double vector result    (memcpy)", "convert/double_result", ("<=", 1.5))

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "check/check.h"
+#include "check/families.h"
 #include "containers/clear.h"
 #include "containers/value_handles.h"
 #include "core/heap.h"
@@ -23,7 +25,15 @@ using Element = std::remove_pointer_t<decltype(CV::data)>;
 // allocation result is checked (a failed block leaves a null data and the count).
 template <class CV>
 CV* Create(std::uint64_t count) {
-    return new CV{count, static_cast<Element<CV>*>(tvapic::heap::Allocate(count * sizeof(Element<CV>)))};
+    auto* v = new CV{count, static_cast<Element<CV>*>(tvapic::heap::Allocate(count * sizeof(Element<CV>)))};
+    if (tvapic::check::On()) tvapic::check::VectorMade(v, tvapic::check::kFamily<CV>);
+    return v;
+}
+
+// Checked mode stops counting a vector the caller deletes.
+template <class CV>
+void Forget(CV* v) {
+    if (tvapic::check::On()) tvapic::check::VectorDeleted(v);
 }
 
 template <class CV>
@@ -39,6 +49,7 @@ void Set(CV* v, std::uint64_t i, Element<CV> x) {
 template <class CV>
 void DeletePlain(CV* v) {
     if (!v) return;
+    Forget(v);
     tvapic::heap::Free(v->data);
     delete v;
 }
@@ -46,6 +57,7 @@ void DeletePlain(CV* v) {
 // Owning families: Clear is theirs, Delete is that clear plus the header.
 template <class CV, class ClearFn>
 void DeleteOwning(CV* v, ClearFn clear) {
+    if (v) Forget(v);
     clear(v);
     delete v;
 }

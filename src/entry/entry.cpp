@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "check/check.h"
 #include "server/server.h"
 
 namespace tvapic {
@@ -20,13 +21,16 @@ void TvAPICEntry::Run(std::int64_t posted) { server::Server::Instance().RunPoste
 
 // The library keeps no pointer of its own to the entry object, and does not
 // delete it on unload: it belongs to the host from registration on. A failed
-// allocation registers null.
+// allocation registers null. Checked mode, when asked for, starts before any
+// export can run, and lists what is still held when the library goes.
 void OnProcessAttach() {
+    check::StartFromEnvironment();
     entry_points::SetTvAPIC(new (std::nothrow) TvAPICEntry());
 }
 
 void OnProcessDetach() {
     entry_points::SetTvAPIC(nullptr);
+    check::ReportAtExit();
 }
 
 }  // namespace tvapic

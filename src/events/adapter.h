@@ -101,8 +101,8 @@ struct HandlerSignature<std::function<Signature>> {
     using type = Signature;
 };
 
-// The host handler of type Handler (a std::function) wrapping `callback`,
-// which is wrapped as it is, null or not.
+// The host handler of type Handler (a std::function) wrapping `callback`
+// (never null: the registrations refuse a null callback).
 template <class Handler, class CallbackType>
 Handler MakeHandler(CallbackType callback) {
     using Wrapped = Adapter<typename HandlerSignature<Handler>::type>;

@@ -12,6 +12,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "check/check.h"
 #include "containers/convert.h"
 #include "core/heap.h"
 #include "core/query.h"
@@ -46,12 +47,20 @@ struct CallbackArg<void*> {
 };
 
 // An object is lent: the raw interface pointer the host holds, without a
-// reference. A callback that keeps it takes its own.
+// reference. A callback that keeps it takes its own (checked mode counts that
+// reference as kept from the handler's registration).
 template <class I>
 struct CallbackArg<const tvapi::SmartPtr<I>&> {
     using C = void*;
     I* value;
-    explicit CallbackArg(const tvapi::SmartPtr<I>& host) : value(host.get()) {}
+    explicit CallbackArg(const tvapi::SmartPtr<I>& host) : value(host.get()) {
+        if (check::On()) check::Lent(value, tvapi::IAPIObjectIID<I>::text);
+    }
+    ~CallbackArg() {
+        if (check::On()) check::LendingEnded(value);
+    }
+    CallbackArg(const CallbackArg&) = delete;
+    CallbackArg& operator=(const CallbackArg&) = delete;
     C c() const { return value; }
     void finish() {}
 };
@@ -126,9 +135,13 @@ struct CallbackArg<const std::vector<tvapi::SmartPtr<I>>&> {
     ReadOnlyList<ObjectReferenceVector_t> list;
     std::uint64_t size;
     explicit CallbackArg(const std::vector<tvapi::SmartPtr<I>>& host)
-        : list(containers::NewVector<ObjectReferenceVector_t>(host)), size(list.vector->size) {}
+        : list(containers::NewVector<ObjectReferenceVector_t>(host)), size(list.vector->size) {
+        if (!check::On()) return;
+        for (std::uint64_t i = 0; i < size; ++i) check::Lent(list.block[i], tvapi::IAPIObjectIID<I>::text);
+    }
     ~CallbackArg() {
         for (std::uint64_t i = 0; i < size; ++i) {
+            if (check::On()) check::LendingEnded(list.block[i]);
             if (list.block[i]) core::AsObject(list.block[i])->Release();
         }
     }

@@ -3,16 +3,18 @@
 //
 // A wrapper reads:
 //     Target<tvapi::IArcSlot> self(handle);     // query, AddRef
-//     if (!self) return {};                     // null or foreign handle: default
+//     if (!self) return Refused<tvapi::IArcSlot, bool>("IArcSlot_GetPoint", handle);   // default
 //     Arg<int, int> a0(index);                  // arguments, left to right
 //     Arg<double*, double*> a1(x);
 //     bool r = Result<bool, bool>::From(self->GetPoint(a0.host(), a1.host()));
 //     a1.finish();                              // out-parameters written back
-//     return r;                                 // conversions freed, then Release
+//     return Returned<bool>("IArcSlot_GetPoint", r);   // conversions freed, then Release
 #pragma once
 
+#include "check/check.h"
 #include "core/query.h"
 #include "frame/args.h"
+#include "frame/checked.h"
 #include "frame/results.h"
 #include "tvapi/accessors.h"
 
@@ -20,15 +22,15 @@ namespace tvapic::frame {
 
 // The interface a handle-taking export works on: asked for by IID text and
 // held with one reference until the wrapper returns. Null when the handle is
-// null or the object lacks the interface; then nothing is called.
+// null or the object lacks the interface; then nothing is called (Refused).
 template <class I>
 class Target {
 public:
-    explicit Target(void* handle) : p_(handle ? core::Query<I>(handle) : nullptr) {
-        if (p_) p_->AddRef();
-    }
+    // The pointer comes back by value, so the target stays in a register and
+    // the path that refused a handle needs no Release.
+    explicit Target(void* handle) : p_(Acquire(handle)) {}
     // Runs in a no-throw context: a host that throws from Release ends the process.
-    ~Target() {
+    [[gnu::always_inline]] ~Target() {
         if (p_) p_->Release();
     }
     Target(const Target&) = delete;
@@ -38,7 +40,22 @@ public:
     I* operator->() const { return p_; }
 
 private:
+    [[gnu::noinline]] static I* Acquire(void* handle) {
+        I* p = handle ? core::Query<I>(handle) : nullptr;
+        if (p) p->AddRef();
+        return p;
+    }
+
     I* p_;
 };
+
+// The default of an export whose handle is null or lacks I, checked mode told.
+// The export's name reaches the code only here and after the host's call, so
+// that no call keeps it in a register while checking is off.
+template <class I, class R>
+R Refused(const char* export_name, void* handle) {
+    if (check::On()) check::Refused(export_name, handle, tvapi::IAPIObjectIID<I>::text);
+    return R();
+}
 
 }  // namespace tvapic::frame

@@ -1,5 +1,6 @@
 #include "server/call.h"
 
+#include "check/check.h"
 #include "server/handle_registry.h"
 #include "core/heap.h"
 
@@ -10,7 +11,11 @@ void* Call::Object(std::size_t i) const {
     return reinterpret_cast<void*>(static_cast<std::uintptr_t>(admitted));
 }
 
-void Call::ReturnObject(void* r) { result_ = HandleRegistry::Instance().Remember(reinterpret_cast<std::uintptr_t>(r)); }
+// The client keeps the reference: checked mode counts it as the clients'.
+void Call::ReturnObject(void* r) {
+    if (check::On() && r) check::HandedToClient(r);
+    result_ = HandleRegistry::Instance().Remember(reinterpret_cast<std::uintptr_t>(r));
+}
 
 void Call::Discard(ObjectReferenceVector_t* r) {
     if (!r) return;

@@ -17,7 +17,9 @@ void CheckCalls(Report& r, const char* interface, int calls, const std::function
     r.Expect(foreign->addrefs == 0 && foreign->refs() == 1, "a handle without the interface was referenced");
     tvprobe::Held o(interface);
     for (int i = 0; i < calls; ++i) registration(o.handle(), i);
-    r.Expect(o->addrefs == calls && o->releases == calls,
+    const int registered = calls - 1;  // the last call's callback is null
+    r.Expect(o->queries == registered, "a registration without a callback must not ask the object");
+    r.Expect(o->addrefs == registered && o->releases == registered,
              "each registration must hold the interface once and give it back");
     r.Expect(o->refs() == 1, "the events object's references moved");
     kept(*o.o);

@@ -2,8 +2,9 @@
 //   with a null object            -> nothing registered, nothing called;
 //   with an object lacking it     -> asked once, nothing registered, no reference left;
 //   with a probe that takes it    -> one handler per call under the key given
-//                                    (no key: the empty key; no callback: kept as is),
-//                                    and every reference count back where it was.
+//                                    (no key: the empty key), and every reference
+//                                    count back where it was; the last call passes
+//                                    no callback: nothing registered, nothing asked.
 // The handler the probe received is then called the way the host would,
 // with a host argument of each kind; the C callback checks what it receives,
 // writes to what it may write, and answers; the host's arguments and result
@@ -108,8 +109,9 @@ void CheckHandlers(Report& r, const tvprobe::EventSink& sink, const std::vector<
 }
 
 // Calls `registration` with a null handle, a handle without the interface
-// (asked once, never referenced) and a probe `calls` times, after which the
-// probe's references must be where they were.
+// (asked once, never referenced) and a probe `calls` times, the last time
+// with a null callback, after which the probe's references must be where they
+// were.
 void CheckCalls(Report& r, const char* interface, int calls, const std::function<void(void*, int)>& registration,
                 const std::function<void(tvprobe::Object&)>& kept);
 
@@ -121,7 +123,7 @@ Case Keyed(const char* interface, const char* event, void (*registration)(void*,
                 CheckCalls(r, interface, 3, [&](void* h, int i) { registration(h, keys[i], i < 2 ? cb : nullptr); },
                            [&](tvprobe::Object& o) {
                                std::string e(event);
-                               CheckHandlers<Handler>(r, *tvprobe::SinkOf<I>(o), {e + ":key", e + ":", e + ":key"});
+                               CheckHandlers<Handler>(r, *tvprobe::SinkOf<I>(o), {e + ":key", e + ":"});
                            });
             }};
 }
@@ -131,7 +133,7 @@ Case Unkeyed(const char* interface, const char* event, void (*registration)(void
     return {std::string(interface) + "_" + event, [=](Report& r) {
                 Callback cb = &Invocation<Handler>::Callback;
                 CheckCalls(r, interface, 2, [&](void* h, int i) { registration(h, i < 1 ? cb : nullptr); },
-                           [&](tvprobe::Object& o) { CheckHandlers<Handler>(r, *tvprobe::SinkOf<I>(o), {event, event}); });
+                           [&](tvprobe::Object& o) { CheckHandlers<Handler>(r, *tvprobe::SinkOf<I>(o), {event}); });
             }};
 }
 
@@ -143,6 +145,7 @@ Case Unqueried(const char* interface, const char* event, void (*registration)(vo
                 registration(nullptr, cb);
                 Probe probe;
                 registration(static_cast<I*>(&probe), cb);
+                registration(static_cast<I*>(&probe), nullptr);
                 CheckHandlers<Handler>(r, probe, {event});
             }};
 }

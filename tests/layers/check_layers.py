@@ -2,10 +2,10 @@
 """Fails when an include in src/ runs against the library's layer order, or
 an import in the generator against its own.
 
-The library's folders stack one way: core, then containers, then frame, then
-the three that use the frame (the API Server in server/, the events, and the
-generated exports, which live in the build tree), then the entry that starts
-them. A folder may include its own headers and those of any folder below it;
+The library's folders stack one way: core and checked mode's tracking
+(check), then containers, then frame, then the three that use the frame (the
+API Server in server/, the events, and the generated exports, which live in
+the build tree), then the entry that starts them. A folder may include its own headers and those of any folder below it;
 folders on one level do not include each other.
 
 The generator (tools/tvgen) stacks one way too: its model (model/), then
@@ -20,7 +20,7 @@ import pathlib
 import re
 import sys
 
-LEVEL = {"core": 0, "containers": 1, "frame": 2, "server": 3, "events": 3, "entry": 4}
+LEVEL = {"core": 0, "check": 0, "containers": 1, "frame": 2, "server": 3, "events": 3, "entry": 4}
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([a-z_]+)/[^"]+"', re.M)
 
 

@@ -51,6 +51,7 @@ CODE = [
     ("api/{group}_{n}.cpp", export_chunk),
     ("api/event_registrations.cpp", emit_registrations.emit),
     ("exports.map", emit_version_script.emit),
+    ("check/interfaces.cpp", emit_exports.emit_interface_table),
     ("server/handlers.cpp", emit_server.emit),
     ("server/wire_signatures.h", emit_wire_signatures.emit),
     ("sim/defaults_{group}.h", emit_sim.emit),

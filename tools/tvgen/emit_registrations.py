@@ -9,7 +9,7 @@ def registration(e):
     source = e.source
     method = f"&tvapi::{source.name}::{e.registration}"
     handler = f"tvapi::{source.name}::{e.handler_type}"
-    first = "events" if source.kind == "events" else "handle"
+    first = f'"{e.export}", ' + ("events" if source.kind == "events" else "handle")
     if not source.queried:
         call = f"RegisterUnqueried<tvapi::{source.name}, {handler}>({first}, callback, {method})"
     elif source.keyed:

@@ -113,8 +113,11 @@ class TestVectors:
             vectors.family("PropertyValueVector").make([1 << 40], "v", Call())
         with pytest.raises(TypeError, match="cannot be filled"):
             vectors.family("StorageValueVector").make([None], "v", Call())
+        texts = native.StringVector_Create(1)
         with pytest.raises(TypeError, match="must be a str"):
-            native.StringVector_Set(native.StringVector_Create(1), 0, None)   # the export would copy from null
+            native.StringVector_Set(texts, 0, None)   # the export would copy from null
+        native.StringVector_Set(texts, 0, "")   # _Delete frees every slot: each must hold a text
+        native.StringVector_Delete(texts)
         with pytest.raises(ValueError, match="does not take null"):
             native.PropertyValue_GetInt(0)
 
