@@ -68,8 +68,6 @@ TEST(HandleIdentity, NullsAndOneHandleGivenTwiceAreTheSameWithoutQuerying) {
     EXPECT_TRUE(IAPIObject_IsSameObjects(a.handle(), a.handle()));
     EXPECT_EQ(a->queries, 0);
     EXPECT_EQ(a->refs(), 1);
-    EXPECT_EQ(IAPIObject_AddRef(a.handle()), 2);  // the host's counts, as they are
-    EXPECT_EQ(IAPIObject_Release(a.handle()), 1);
 }
 
 TEST(HostExceptions, PassThroughAnExportWithTheReferenceGivenBack) {
@@ -84,7 +82,6 @@ TEST(HostExceptions, PassThroughAnExportWithTheReferenceGivenBack) {
         EXPECT_STREQ(e.what(), "host failure");
     }
     EXPECT_EQ(document->refs(), 1);
-    document->watch = nullptr;
 }
 
 TEST(HostExceptionsDeathTest, AReleaseThatThrowsEndsTheProcess) {
@@ -114,22 +111,6 @@ TEST(ObjectArguments, NullOrLackingTheInterfaceReachTheHostAsNull) {
     EXPECT_EQ(line->refs(), 1);
     EXPECT_EQ(ICurve2D_Intersect(line.handle(), curve.handle()), nullptr);  // not asked when the target fails
     EXPECT_EQ(curve->queries, 2);
-}
-
-TEST(ObjectListArguments, NullAndForeignElementsArriveAsNullsInTheirPlaces) {
-    Probe reposition("IBodyReposition");
-    Probe body("IModelObject");
-    Probe sketch("IDrawingObject");  // not a model object
-    ObjectReferenceVector_t* list = ObjectReferenceVector_Create(3);
-    ObjectReferenceVector_Set(list, 0, body.handle());
-    ObjectReferenceVector_Set(list, 1, nullptr);
-    ObjectReferenceVector_Set(list, 2, sketch.handle());
-    IBodyReposition_SetRepositionObjects(reposition.handle(), list);
-    ASSERT_EQ(reposition->calls.size(), 1u);
-    EXPECT_EQ(reposition->calls[0].args[0], "[" + body.name() + ",null,null]");
-    EXPECT_EQ(body->refs(), 1);
-    EXPECT_EQ(sketch->refs(), 1);
-    ObjectReferenceVector_Delete(list);
 }
 
 TEST(OutParameters, NullPointersAreSkippedAndTheOthersStillWritten) {
