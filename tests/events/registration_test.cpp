@@ -48,31 +48,4 @@ TEST(UnkeyedRemoval, DropsEveryHandler) {
     EXPECT_TRUE(tvprobe::SinkOf<tvapi::IDrawingObjectEvents>(*events.o)->registrations().empty());
 }
 
-// Objects handed to a callback are handles like any other: a callback that
-// keeps one takes its own reference, which outlives the call.
-void* kept_element = nullptr;
-int KeepFirst(const ObjectReferenceVector_t* objects) {
-    kept_element = objects->data[0];
-    IAPIObject_AddRef(kept_element);
-    return IAPIObject_IsSameObjects(objects->data[0], objects->data[1]) ? 0 : 1;
-}
-
-TEST(Registration, ACallbackKeepsAnObjectByReferencingIt) {
-    Probe events("IDrawingObjectEvents");
-    IDrawingObjectEvents_AddCreateObjectHandler(events.handle(), KeepFirst);
-    Probe line("IDrawingObject");
-    Probe other("IDrawingObject");
-    std::vector<tvapi::SmartPtr<tvapi::IDrawingObject>> created{
-        tvapi::SmartPtr<tvapi::IDrawingObject>(line->As<tvapi::IDrawingObject>()),
-        tvapi::SmartPtr<tvapi::IDrawingObject>(other->As<tvapi::IDrawingObject>())};
-    auto results = tvprobe::SinkOf<tvapi::IDrawingObjectEvents>(*events.o)
-                       ->Raise<tvapi::IDrawingObjectEvents::CreateObjectHandler>("CreateObject", created);
-    EXPECT_EQ(results, std::vector<bool>{true});
-    created.clear();
-    EXPECT_EQ(kept_element, line.handle());
-    EXPECT_EQ(line->refs(), 2);
-    EXPECT_EQ(other->refs(), 1);
-    IAPIObject_Release(kept_element);
-}
-
 }  // namespace

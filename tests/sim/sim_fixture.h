@@ -57,6 +57,20 @@ private:
     ObjectReferenceVector_t* v_;
 };
 
+// A drawing's views and layers manager, its views, its active view and that
+// view's line segments.
+struct Sheet {
+    Handle manager, views, view, segments;
+};
+inline Sheet SheetOf(void* drawing) {
+    Sheet s;
+    s.manager = Handle(ITavraDocument2D_GetViewsAndLayersManager(drawing));
+    s.views = Handle(IViewsAndLayersManager_GetViews(s.manager.get()));
+    s.view = Handle(IViews_GetActiveView(s.views.get()));
+    s.segments = Handle(IDrawingContainer_GetLineSegments(s.view.get()));
+    return s;
+}
+
 class SimTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -88,19 +102,6 @@ protected:
     bool Exists(const std::string& name) const { return std::filesystem::exists(folder_ / name); }
 
     Handle NewDrawing() { return Handle(IDocuments_Add(documents(), 1, 1)); }
-
-    // The drawing's views, active view and that view's line segments.
-    struct Sheet {
-        Handle manager, views, view, segments;
-    };
-    static Sheet SheetOf(void* drawing) {
-        Sheet s;
-        s.manager = Handle(ITavraDocument2D_GetViewsAndLayersManager(drawing));
-        s.views = Handle(IViewsAndLayersManager_GetViews(s.manager.get()));
-        s.view = Handle(IViews_GetActiveView(s.views.get()));
-        s.segments = Handle(IDrawingContainer_GetLineSegments(s.view.get()));
-        return s;
-    }
 
     // A new segment from (x1, y1) to (x2, y2).
     static Handle AddSegment(void* segments, double x1, double y1, double x2, double y2) {

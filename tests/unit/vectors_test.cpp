@@ -81,21 +81,18 @@ TEST(OwningVectors, ClearDeletesTheElementsAndKeepsTheBlockAddress) {
     ObjectReferenceVectorVector_t* objects = ObjectReferenceVectorVector_Create(1);
     ObjectReferenceVectorVector_Set(objects, 0, ObjectReferenceVector_Create(1));
 
-    auto check = [](auto* v, auto clear) {
+    auto check = [](auto* v, auto clear, auto remove) {
         const void* block = v->data;
         clear(v);
         EXPECT_EQ(v->size, 0u);
         EXPECT_EQ(v->data, block);
         v->data = nullptr;  // already freed
+        remove(v);
     };
-    check(bytes, Uint8VectorVector_Clear);
-    check(texts, StringVector_Clear);
-    check(lists, StringVectorVector_Clear);
-    check(objects, ObjectReferenceVectorVector_Clear);
-    Uint8VectorVector_Delete(bytes);
-    StringVector_Delete(texts);
-    StringVectorVector_Delete(lists);
-    ObjectReferenceVectorVector_Delete(objects);
+    check(bytes, Uint8VectorVector_Clear, Uint8VectorVector_Delete);
+    check(texts, StringVector_Clear, StringVector_Delete);
+    check(lists, StringVectorVector_Clear, StringVectorVector_Delete);
+    check(objects, ObjectReferenceVectorVector_Clear, ObjectReferenceVectorVector_Delete);
 
     EXPECT_EQ(StringVector_Get(nullptr, 0), nullptr);
     EXPECT_EQ(ObjectReferenceVectorVector_Get(nullptr, 3), nullptr);

@@ -56,8 +56,3 @@ def tvhost(served_files):
     stopped = tvhost_process.stop(proc, emulated=bool(emulator), timeout=15)
     assert stopped and stopped[0] == 0, stopped
     assert "tvhost: stopped" in stopped[1]
-
-
-@pytest.fixture
-def app(tvhost):
-    return tvhost[0]

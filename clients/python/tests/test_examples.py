@@ -16,11 +16,12 @@ def example(name, *arguments):
 
 def test_the_remote_example_saves_in_the_applications_current_directory(tvhost):
     client, port = tvhost
+    folder = client.IApplication_GetCurrentDirectory()   # tvhost's starts at its --files folder
     done = example("drawing_demo", "--port", str(port))
     assert done.returncode == 0, done.stderr
     assert done.stdout.endswith("The drawing came back as it was saved.\n")
+    assert f" {folder}/tvapic-demo-" in done.stdout   # its relative name, below the current directory
     # A folder where the application may not write (tvhost: outside --files).
-    folder = client.IApplication_GetCurrentDirectory()
     client.IApplication_SetCurrentDirectory(os.path.dirname(folder))
     try:
         refused = example("drawing_demo", "--port", str(port))
@@ -40,5 +41,7 @@ def test_the_in_process_examples(name, last_line):
     assert done.returncode == 0, done.stderr
     assert done.stdout.splitlines()[-1] == last_line
     if name == "events_demo":
-        assert [line.split(":")[0] for line in done.stdout.splitlines() if "event" in line] == [
-            "  event CreateDocument", "  event CreateObject", "  event CreateObject", "  event Delete"]
+        # The document handler reads the name of an object of the object layer it was lent.
+        assert [line.split(" new")[0] for line in done.stdout.splitlines() if "event" in line] == [
+            "  event CreateDocument: Document1", "  event CreateObject: 1", "  event CreateObject: 1",
+            "  event Delete: 1 object(s)"]

@@ -19,7 +19,7 @@ SIGNATURES = {
 @pytest.fixture
 def make(native):
     """make(typedef, handler): the C callback a registration of the handler would pass."""
-    from tvapic import _callbacks, _converters, _library, _utf16
+    from tvapic import _callbacks, _converters, _library
     made = _callbacks.Callbacks(SIGNATURES, _library.load()[1])
 
     def make(typedef, handler):
@@ -92,13 +92,6 @@ def test_a_handler_registered_through_the_library_is_kept_until_its_key_is_remov
     assert kept.kept() == before
     with pytest.raises(TypeError, match="'callback' must be a callable"):
         native.IApplicationEvents_AddBeginCreateHandler(None, "python", "not callable")
-
-
-@pytest.fixture
-def app_events(host):
-    with host.IApplication_Events() as events:
-        yield events
-        host.IApplicationEvents_RemoveAllHandlers(events, "py-tests")   # the host outlives the test
 
 
 def test_adding_a_line_segment_calls_the_object_handlers(host):

@@ -62,19 +62,6 @@ class TestInProcess:
         assert isinstance(wrapped, objects.IDocuments) and wrapped.in_process
         wrapped.release()
 
-    def test_handlers_receive_objects_of_the_layer(self, host):
-        app, seen = objects.application(), []
-        with app.Events() as source, source.query("IApplicationEvents") as events, app.GetDocuments() as documents:
-            events.AddCreateDocumentHandler("py-objects", lambda document: seen.append(
-                (type(document).__name__, document.GetName())))
-            try:
-                document = documents.Add(1, True)
-            finally:
-                events.RemoveAllHandlers("py-objects")
-            assert seen == [("ITavraDocument", document.GetName())]
-            document.Close(False)
-            document.release()
-
     def test_objects_of_another_connection_are_refused(self, host):
         elsewhere = objects.wrap(Handle(1), "IOpenDocumentParam", Client(port=1))
         with objects.application().GetDocuments() as documents:

@@ -1,28 +1,9 @@
-"""tvhost's files root and current directory as a client sees them, and its own command line."""
+"""tvhost's own command line."""
 import os
 import shlex
 import subprocess
 
 import pytest
-
-
-pytestmark = pytest.mark.usefixtures("tvhost")
-
-
-def test_the_current_directory_starts_at_the_files_root(app, served_files):
-    if os.environ.get("TVHOST_PORT"):
-        pytest.skip("a server started elsewhere has a files root of its own")
-    assert app.IApplication_GetCurrentDirectory() == str(served_files)
-    document = app.IDocuments_Add(app.IApplication_GetDocuments(), 1, False)
-    # A relative path names a file below the current directory, not below
-    # tvhost's working directory (the files root's parent here).
-    assert app.ITavraDocument_SaveAs(document, "relative.tvd") is True
-    assert (served_files / "relative.tvd").is_file()
-    assert app.ITavraDocument_GetPath(document) == str(served_files) + "/"
-    assert app.ITavraDocument_Close(document, False) is True
-    reopened = app.IDocuments_Open(app.IApplication_GetDocuments(), "relative.tvd", False, False)
-    assert app.ITavraDocument_GetPath(reopened) == str(served_files) + "/"
-    assert app.ITavraDocument_Close(reopened, False) is True
 
 
 def emulator():

@@ -35,34 +35,36 @@ SYSTEM_VERSION = SIGNATURES["IApplication_GetSystemVersion"]
 LOAD_COMBINATIONS = SIGNATURES["IDocuments_GetLoadCombinations"]
 
 
-class TestRequests:
-    def test_the_name_then_the_arguments_in_order_little_endian(self):
-        assert request("IDocuments_Open", Handle(0x0102030405060708), "a.tvd", True, False) == (
-            text("IDocuments_Open") + u64(0x0102030405060708) + text("a.tvd") + i32(1) + i32(0))
-        assert request("IApplication_Quit") == text("IApplication_Quit")
-        assert request("ITavraDocument2D_MoveObjects", None, 1.5, -2) == (
-            text("ITavraDocument2D_MoveObjects") + u64(0) + f64(1.5) + f64(-2.0))
-        with pytest.raises(ValueError, match="ASCII"):
-            pack_name("IApplication_Quït")
+# (function, arguments, keyword arguments, what follows the name)
+SENT = [
+    ("IDocuments_Open", (Handle(0x0102030405060708), "a.tvd", True, False), {},
+     u64(0x0102030405060708) + text("a.tvd") + i32(1) + i32(0)),
+    ("IApplication_Quit", (), {}, b""),
+    ("ITavraDocument2D_MoveObjects", (None, 1.5, -2), {}, u64(0) + f64(1.5) + f64(-2.0)),
+    # Texts count UTF-8 bytes: a character outside the BMP is four (two UTF-16 units on the server).
+    ("ITavraDocument_SetAuthor", (Handle(1), "Łódź \U0001D11E"), {},
+     u64(1) + u64(12) + "Łódź \U0001D11E".encode()),
+    ("ITavraDocument_SetAuthor", (Handle(1), ""), {}, u64(1) + u64(0)),
+    # A slot with a value sends flag 0 and the value, one without the flag 1 alone.
+    ("IApplication_GetSystemVersion", (3, None, 5), {}, b"\0" + i32(3) + b"\1" + b"\0" + i32(5) + b"\1"),
+    ("ITavraDocument_GetDocumentGabarit", (Handle(1), 0.5), {"y2": 2.0},
+     u64(1) + b"\0" + f64(0.5) + b"\1\1\0" + f64(2.0)),
+    ("IApplication_StopCurrentProcess", (False, Handle(5)), {}, i32(0) + u64(5)),
+]
 
-    def test_texts_count_utf8_bytes_not_characters(self):
-        # A character outside the BMP is four UTF-8 bytes (two UTF-16 units on the server).
-        assert request("ITavraDocument_SetAuthor", Handle(1), "Łódź \U0001D11E").endswith(
-            u64(12) + "Łódź \U0001D11E".encode())
-        assert request("ITavraDocument_SetAuthor", Handle(1), "").endswith(u64(0))
 
-    def test_slots_with_a_value_send_flag_0_and_the_value_others_the_flag_1_alone(self):
-        assert request("IApplication_GetSystemVersion", 3, None, 5) == (
-            text("IApplication_GetSystemVersion") + b"\0" + i32(3) + b"\1" + b"\0" + i32(5) + b"\1")
-        assert request("ITavraDocument_GetDocumentGabarit", Handle(1), 0.5, y2=2.0) == (
-            text("ITavraDocument_GetDocumentGabarit") + u64(1) + b"\0" + f64(0.5) + b"\1\1\0" + f64(2.0))
+@pytest.mark.parametrize("fn, args, kwargs, sent", SENT, ids=[row[0] for row in SENT])
+def test_requests_are_the_name_then_the_arguments_in_order_little_endian(fn, args, kwargs, sent):
+    assert request(fn, *args, **kwargs) == text(fn) + sent
 
-    def test_handles_are_ints_of_their_own_type(self):
-        assert Handle(0xABC) == 0xABC and repr(Handle(0xABC)) == "Handle(0xabc)"
-        for bad, error in [(-1, ValueError), (1 << 64, ValueError), (True, TypeError), (1.0, TypeError)]:
-            with pytest.raises(error):
-                Handle(bad)
-        assert request("IApplication_StopCurrentProcess", False, Handle(5)).endswith(i32(0) + u64(5))
+
+def test_names_are_ascii_and_handles_ints_of_their_own_type():
+    with pytest.raises(ValueError, match="ASCII"):
+        pack_name("IApplication_Quït")
+    assert Handle(0xABC) == 0xABC and repr(Handle(0xABC)) == "Handle(0xabc)"
+    for bad, error in [(-1, ValueError), (1 << 64, ValueError), (True, TypeError), (1.0, TypeError)]:
+        with pytest.raises(error):
+            Handle(bad)
 
 
 @pytest.mark.parametrize("fn, args, kwargs, error, message", [
@@ -82,34 +84,36 @@ def test_arguments_are_refused_before_anything_is_sent(fn, args, kwargs, error, 
         request(fn, *args, **kwargs)
 
 
+SYSTEM_VERSION_ANSWER = b"\0" + i32(26) + b"\1" + b"\0" + i32(0) + b"\1" + i32(1)
+# (function, response, the slots sent, what it decodes to: equal and of the same type)
+RECEIVED = [
+    ("IApplication_GetSystemVersion", SYSTEM_VERSION_ANSWER, [1, None, 2, None], (26, None, 0, None, True)),
+    ("ITavraDocument_GetDocumentGabarit", b"\0" + f64(0.0) + b"\0" + f64(-1.25) + b"\1" + b"\0" + f64(297.0) + i32(0),
+     None, (0.0, -1.25, None, 297.0, False)),
+    ("IApplication_GetDocuments", u64(0x55), None, Handle(0x55)),
+    ("IApplication_GetDocuments", u64(0), None, None),
+    ("IApplication_GetMainWindowHandle", u64(0x10), None, 0x10),   # a window handle is a plain int
+    ("IApplication_GetBuildNumber", i32(-3), None, -3),
+    ("IApplication_IsVisible", i32(1), None, True),
+    ("ITavraDocument_GetName", text("\U0001D11E x"), None, "\U0001D11E x"),
+    ("IApplication_Quit", b"", None, None),
+    # A null string vector is no bytes, an empty one a zero count.
+    ("IDocuments_GetLoadCombinations", b"\0" + i32(4), None, (4, None)),
+    ("IDocuments_GetLoadCombinations", b"\1" + u64(0), None, (None, [])),
+    ("IDocuments_GetLoadCombinations", b"\1" + u64(2) + text("a") + text("β"), None, (None, ["a", "β"])),
+]
+
+
 class TestResponses:
-    def test_slots_come_back_in_order_then_the_result(self):
-        data = b"\0" + i32(26) + b"\1" + b"\0" + i32(0) + b"\1" + i32(1)
-        assert decode_response(SYSTEM_VERSION, data, [1, None, 2, None]) == (26, None, 0, None, True)
-        data = b"\0" + f64(0.0) + b"\0" + f64(-1.25) + b"\1" + b"\0" + f64(297.0) + i32(0)
-        assert decode_response(SIGNATURES["ITavraDocument_GetDocumentGabarit"], data) == (0.0, -1.25, None, 297.0,
-                                                                                            False)
-
-    def test_results_by_kind(self):
-        assert type(decode_response(SIGNATURES["IApplication_GetDocuments"], u64(0x55))) is Handle
-        assert decode_response(SIGNATURES["IApplication_GetDocuments"], u64(0)) is None
-        window = decode_response(SIGNATURES["IApplication_GetMainWindowHandle"], u64(0x10))
-        assert window == 0x10 and type(window) is int
-        assert decode_response(SIGNATURES["IApplication_GetBuildNumber"], i32(-3)) == -3
-        assert decode_response(SIGNATURES["IApplication_IsVisible"], i32(1)) is True
-        assert decode_response(SIGNATURES["ITavraDocument_GetName"], text("\U0001D11E x")) == "\U0001D11E x"
-        assert decode_response(SIGNATURES["IApplication_Quit"], b"") is None
-
-    def test_a_null_string_vector_is_no_bytes_and_an_empty_one_a_zero_count(self):
-        assert decode_response(LOAD_COMBINATIONS, b"\0" + i32(4)) == (4, None)
-        assert decode_response(LOAD_COMBINATIONS, b"\1" + u64(0)) == (None, [])
-        assert decode_response(LOAD_COMBINATIONS, b"\1" + u64(2) + text("a") + text("β")) == (None, ["a", "β"])
+    @pytest.mark.parametrize("fn, data, sent, expected", RECEIVED, ids=[row[0] for row in RECEIVED])
+    def test_slots_come_back_in_order_then_the_result(self, fn, data, sent, expected):
+        decoded = decode_response(SIGNATURES[fn], data, sent)
+        assert decoded == expected and type(decoded) is type(expected)
 
     def test_short_surplus_and_malformed_responses_are_protocol_errors(self):
-        full = b"\0" + i32(26) + b"\1" + b"\0" + i32(0) + b"\1" + i32(1)
-        for n in range(len(full)):
+        for n in range(len(SYSTEM_VERSION_ANSWER)):
             with pytest.raises(ProtocolError):
-                decode_response(SYSTEM_VERSION, full[:n])
+                decode_response(SYSTEM_VERSION, SYSTEM_VERSION_ANSWER[:n])
         vector = b"\1" + u64(2) + text("a") + text("bc")
         for n in range(2, len(vector)):  # only the slot alone is complete (a null list)
             with pytest.raises(ProtocolError, match="too short"):

@@ -13,14 +13,10 @@ using Layers = SimTest;
 
 // The drawing's own list of layers and its list of groups.
 struct Lists {
-    Handle layers, groups;
-    explicit Lists(void* drawing) {
-        Handle manager(ITavraDocument2D_GetViewsAndLayersManager(drawing));
-        Handle views(IViewsAndLayersManager_GetViews(manager.get()));
-        Handle view(IViews_GetActiveView(views.get()));
-        layers = Handle(IView_GetLayers(view.get()));
-        groups = Handle(IViewsAndLayersManager_GetLayerGroups(manager.get()));
-    }
+    explicit Lists(void* drawing) : sheet(SheetOf(drawing)) {}
+    Sheet sheet;
+    Handle layers{IView_GetLayers(sheet.view.get())};
+    Handle groups{IViewsAndLayersManager_GetLayerGroups(sheet.manager.get())};
 };
 
 bool Same(void* a, Handle b) { return IAPIObject_IsSameObjects(a, b.get()); }
